@@ -1,0 +1,387 @@
+// Graph: the simple undirected graph under molecules, connectivity records and
+// chemical diagrams.
+//
+// Nodes and edges are known only by their identifiers (`Tn`, `Te`); the graph
+// stores no chemistry. Neighbours are walked in the order of `std::set<Tn>`,
+// which for handles is descending address: the traversal orders and
+// tie-breaks below follow from it.
+//
+// The query methods are const, yet a search may suppress edges for its
+// duration and keeps scratch state on the nodes; the ring caches are filled
+// on demand. A graph must not be used from two threads at once, even for
+// reading.
+#ifndef MOLCRYST_GRAPH_GRAPH_H
+#define MOLCRYST_GRAPH_GRAPH_H
+
+#include <algorithm>
+#include <deque>
+#include <map>
+#include <set>
+#include <stdexcept>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "molcryst/graph/EdgeData.h"
+#include "molcryst/graph/NodeData.h"
+
+namespace molcryst {
+
+/// Undirected simple graph on node identifiers `Tn` and edge identifiers `Te`.
+template <class Tn, class Te>
+class Graph {
+public:
+    typedef NodeData<Tn> Node;
+    typedef EdgeData<Tn, Te> Edge;
+    typedef typename std::set<Tn>::const_iterator NeighbourIterator;
+
+    // --- construction and removal ------------------------------------------
+
+    /// Adds a node with no neighbours; a node already there is left alone.
+    void add_node(const Tn& n) {
+        if (nodes_.find(n) == nodes_.end()) nodes_.insert(std::make_pair(n, Node(n)));
+        validate();
+    }
+
+    /// Adds a node the caller vouches is new, without looking first.
+    void unchecked_add_node(const Tn& n) { nodes_.emplace_hint(nodes_.end(), n, Node(n)); }
+
+    /// Adds edge `e` between `n1` and `n2`, creating missing nodes. The same
+    /// edge again is a no-op; a known identifier on other ends, or a known
+    /// pair under another identifier, throws std::invalid_argument.
+    void add_edge(const Te& e, const Tn& n1, const Tn& n2) {
+        Edge pair(n1, n2);
+        typename std::map<Te, Edge>::const_iterator known = edges_.find(e);
+        if (known != edges_.end()) {
+            if (known->second == pair) return;
+            throw std::invalid_argument("Graph::add_edge - duplicate edge identifier");
+        }
+        typename std::map<Edge, Te>::const_iterator known_pair = edge_ids_.find(pair);
+        if (known_pair != edge_ids_.end())
+            throw std::invalid_argument("Graph::add_edge - attempt to add edge twice with different identifiers");
+        edges_.insert(std::make_pair(e, pair));
+        edge_ids_.insert(std::make_pair(pair, e));
+        drop_ring_caches();
+        node_for(n1).add_neighbour(n2);
+        node_for(n2).add_neighbour(n1);
+        validate();
+    }
+
+    /// Adds edge `e` without checking for a duplicate; both ends must exist.
+    void unchecked_add_edge(const Te& e, const Tn& n1, const Tn& n2) {
+        Edge pair(n1, n2);
+        edges_.insert(std::make_pair(e, pair));
+        edge_ids_.insert(std::make_pair(pair, e));
+        drop_ring_caches();
+        nodes_.find(n1)->second.add_neighbour(n2);
+        nodes_.find(n2)->second.add_neighbour(n1);
+    }
+
+    /// Removes edge `e`; an unknown edge is ignored.
+    void remove_edge(const Te& e) {
+        typename std::map<Te, Edge>::iterator found = edges_.find(e);
+        if (found == edges_.end()) return;
+        Edge pair = found->second;
+        edge_ids_.erase(pair);
+        edges_.erase(found);
+        typename std::map<Tn, Node>::iterator a = nodes_.find(pair.id1());
+        typename std::map<Tn, Node>::iterator b = nodes_.find(pair.id2());
+        if (a != nodes_.end()) a->second.remove_neighbour(pair.id2());
+        if (b != nodes_.end()) b->second.remove_neighbour(pair.id1());
+        drop_ring_caches();
+        validate();
+    }
+
+    /// Removes the edge between `n1` and `n2`, if there is one.
+    void remove_edge(const Tn& n1, const Tn& n2) {
+        if (has_edge(n1, n2)) remove_edge(edge(n1, n2));
+    }
+
+    /// Removes every edge of `n`; an unknown node is ignored.
+    void isolate_node(const Tn& n) {
+        typename std::map<Tn, Node>::iterator found = nodes_.find(n);
+        if (found == nodes_.end()) return;
+        // Copied out first: each removal edits the set being walked.
+        std::vector<Tn> neighbours(found->second.begin_neighbours(), found->second.end_neighbours());
+        for (const Tn& neighbour : neighbours) remove_edge(neighbour, n);
+        if (!neighbours.empty() && !node_ring_sizes_.empty()) node_ring_sizes_.clear();
+        ring_set_valid_ = false;
+        validate();
+    }
+
+    /// Removes `n` and its edges.
+    void remove_node(const Tn& n) {
+        isolate_node(n);
+        nodes_.erase(n);
+    }
+
+    void clear() {
+        nodes_.clear();
+        edges_.clear();
+        edge_ids_.clear();
+        node_ring_sizes_.clear();
+        ring_set_valid_ = false;
+    }
+
+    // --- queries -------------------------------------------------------------
+
+    bool has_node(const Tn& n) const { return nodes_.find(n) != nodes_.end(); }
+    bool has_edge(const Te& e) const { return edges_.find(e) != edges_.end(); }
+
+    /// False if `n1` is unknown, else whether `n1` lists `n2` as neighbour.
+    bool has_edge(const Tn& n1, const Tn& n2) const {
+        typename std::map<Tn, Node>::const_iterator found = nodes_.find(n1);
+        return found != nodes_.end() && found->second.has_neighbour(n2);
+    }
+
+    /// The edge between two nodes; std::invalid_argument if there is none.
+    Te edge(const Tn& n1, const Tn& n2) const {
+        typename std::map<Edge, Te>::const_iterator found = edge_ids_.find(Edge(n1, n2));
+        if (found == edge_ids_.end())
+            throw std::invalid_argument("Graph::edge:  no edge between the two specified nodes");
+        return found->second;
+    }
+
+    Tn edge_node1(const Te& e) const {
+        typename std::map<Te, Edge>::const_iterator found = edges_.find(e);
+        if (found == edges_.end()) throw std::invalid_argument("Graph::edge_node1:  no edge with specified id");
+        return found->second.id1();
+    }
+
+    Tn edge_node2(const Te& e) const {
+        typename std::map<Te, Edge>::const_iterator found = edges_.find(e);
+        if (found == edges_.end()) throw std::invalid_argument("Graph::edge_node2:  no edge with specified id");
+        return found->second.id2();
+    }
+
+    /// Number of neighbours, or -1 for an unknown node.
+    int degree_node(const Tn& n) const {
+        typename std::map<Tn, Node>::const_iterator found = nodes_.find(n);
+        return found == nodes_.end() ? -1 : found->second.degree();
+    }
+
+    NeighbourIterator node_begin_neighbours(const Tn& n) const {
+        typename std::map<Tn, Node>::const_iterator found = nodes_.find(n);
+        if (found == nodes_.end())
+            throw std::invalid_argument("Graph::node_begin_neighbours:  no node with specified id");
+        return found->second.begin_neighbours();
+    }
+
+    NeighbourIterator node_end_neighbours(const Tn& n) const {
+        typename std::map<Tn, Node>::const_iterator found = nodes_.find(n);
+        if (found == nodes_.end())
+            throw std::invalid_argument("Graph::node_end_neighbours:  no node with specified id");
+        return found->second.end_neighbours();
+    }
+
+    /// The connected components, in the order of their first node; returns their number.
+    int components(std::deque<std::set<Tn> >& out) const {
+        out.clear();
+        std::unordered_set<Tn> visited;
+        std::set<Tn> working;
+        std::deque<Tn> queue;
+        for (typename std::map<Tn, Node>::const_iterator i = nodes_.begin(); i != nodes_.end(); ++i) {
+            if (visited.count(i->first) != 0) continue;
+            visited.insert(i->first);
+            working.insert(i->first);
+            queue.push_back(i->first);
+            while (!queue.empty()) {
+                const Node& front = nodes_.find(queue.front())->second;
+                queue.pop_front();
+                for (NeighbourIterator n = front.begin_neighbours(); n != front.end_neighbours(); ++n) {
+                    if (visited.insert(*n).second) {
+                        working.insert(*n);
+                        queue.push_back(*n);
+                    }
+                }
+            }
+            out.push_back(std::set<Tn>());
+            out.back().swap(working);
+        }
+        validate();
+        return static_cast<int>(out.size());
+    }
+
+    int ncomponents() const { return ncomponents(0); }
+
+    /// Counts components, stopping as soon as the count reaches `limit`;
+    /// a limit of 0 counts them all.
+    int ncomponents(unsigned int limit) const {
+        unsigned int count = 0;
+        std::unordered_set<Tn> visited;
+        std::deque<Tn> queue;
+        for (typename std::map<Tn, Node>::const_iterator i = nodes_.begin(); i != nodes_.end(); ++i) {
+            if (visited.count(i->first) != 0) continue;
+            ++count;
+            if (count == limit) return static_cast<int>(count);
+            visited.insert(i->first);
+            queue.push_back(i->first);
+            while (!queue.empty()) {
+                const Node& front = nodes_.find(queue.front())->second;
+                queue.pop_front();
+                for (NeighbourIterator n = front.begin_neighbours(); n != front.end_neighbours(); ++n)
+                    if (visited.insert(*n).second) queue.push_back(*n);
+            }
+        }
+        return static_cast<int>(count);
+    }
+
+    /// At most one component; an empty graph counts as contiguous.
+    bool contiguous() const { return ncomponents(2) < 2; }
+
+    /// The nodes reached from `n1` without crossing the edge `n1`-`n2`, in
+    /// breadth-first order starting with `n1`. False, with `out` empty, when
+    /// the edge lies on a cycle. No edge between them throws std::invalid_argument.
+    bool nodes_one_side(const Tn& n1, const Tn& n2, std::vector<Tn>& out) const {
+        if (!has_edge(n1, n2))
+            throw std::invalid_argument("Graph::nodes_one_side(): no edge containing node1 and node2");
+        out.clear();
+        // Membership is kept in a hash set beside `out`; the order is that of `out`.
+        std::unordered_set<Tn> seen;
+        out.push_back(n1);
+        seen.insert(n1);
+        const Node& first = nodes_.find(n1)->second;
+        for (NeighbourIterator n = first.begin_neighbours(); n != first.end_neighbours(); ++n) {
+            if (raw_identifier(*n) == raw_identifier(n2)) continue;
+            out.push_back(*n);
+            seen.insert(*n);
+        }
+        for (std::size_t index = 1; index < out.size(); ++index) {
+            const Node& node = nodes_.find(out[index])->second;
+            for (NeighbourIterator n = node.begin_neighbours(); n != node.end_neighbours(); ++n) {
+                if (raw_identifier(*n) == raw_identifier(n2)) {
+                    out.clear();
+                    return false;
+                }
+                if (seen.insert(*n).second) out.push_back(*n);
+            }
+        }
+        return true;
+    }
+
+    /// Both sides of the edge `n1`-`n2`: `left` from `n1` and, if the edge is
+    /// not on a cycle, `right` from `n2`. Returns the last result obtained.
+    bool nodes_either_side(const Tn& n1, const Tn& n2, std::vector<Tn>& left, std::vector<Tn>& right) const {
+        left.clear();
+        right.clear();
+        bool result = nodes_one_side(n1, n2, left);
+        if (result) result = nodes_one_side(n2, n1, right);
+        return result;
+    }
+
+    /// A shortest path from `from` to `to`, both included. Among equally short
+    /// paths the first found wins, so ties break by neighbour order. False,
+    /// with `path` empty, if there is none, a node is unknown or the two are one.
+    bool shortest_path(const Tn& from, const Tn& to, std::vector<Tn>& path) const {
+        path.clear();
+        if (!has_node(from) || !has_node(to) || raw_identifier(from) == raw_identifier(to)) return false;
+        // Breadth first with a predecessor per node instead of a whole path per
+        // node: the same path wins, in memory linear in the graph.
+        std::unordered_map<Tn, Tn> parent;
+        parent.emplace(from, from);
+        std::deque<Tn> queue;
+        queue.push_back(from);
+        while (!queue.empty()) {
+            Tn front = queue.front();
+            queue.pop_front();
+            const Node& node = nodes_.find(front)->second;
+            for (NeighbourIterator n = node.begin_neighbours(); n != node.end_neighbours(); ++n) {
+                if (raw_identifier(*n) == raw_identifier(to)) {
+                    path.push_back(to);
+                    for (Tn step = front;; step = parent.find(step)->second) {
+                        path.push_back(step);
+                        if (raw_identifier(step) == raw_identifier(from)) break;
+                    }
+                    std::reverse(path.begin(), path.end());
+                    return true;
+                }
+                if (parent.emplace(*n, front).second) queue.push_back(*n);
+            }
+        }
+        return false;
+    }
+
+    /// Hides the edge between `n1` and `n2` from the adjacency; edge lookups
+    /// by identifier still answer. Touches no cache: pair with unsuppress_edge.
+    void suppress_edge(Tn n1, Tn n2) const {
+        typename std::map<Tn, Node>::iterator a = nodes_.find(n1);
+        if (a == nodes_.end()) return;
+        a->second.remove_neighbour(n2);
+        typename std::map<Tn, Node>::iterator b = nodes_.find(n2);
+        if (b != nodes_.end()) b->second.remove_neighbour(n1);
+    }
+
+    /// Restores what suppress_edge hid, on each end that exists.
+    void unsuppress_edge(Tn n1, Tn n2) const {
+        typename std::map<Tn, Node>::iterator a = nodes_.find(n1);
+        if (a != nodes_.end()) a->second.add_neighbour(n2);
+        typename std::map<Tn, Node>::iterator b = nodes_.find(n2);
+        if (b != nodes_.end()) b->second.add_neighbour(n1);
+    }
+
+    /// Empties the scratch path of every node.
+    void clear_node_paths() const {
+        for (typename std::map<Tn, Node>::iterator i = nodes_.begin(); i != nodes_.end(); ++i) i->second.path().clear();
+    }
+
+    /// Consistency hook run after mutating operations. It checks the
+    /// invariants only in builds that define MOLCRYST_VALIDATE_GRAPHS.
+    void validate() const {
+#ifdef MOLCRYST_VALIDATE_GRAPHS
+        if (!consistent()) throw std::logic_error("Graph::validate inconsistent graph");
+#endif
+    }
+
+    /// True when every edge has its twin by pair, both its ends exist and
+    /// list each other, and no node lists a neighbour without an edge.
+    bool consistent() const {
+        if (edges_.size() != edge_ids_.size()) return false;
+        std::size_t adjacency = 0;
+        for (typename std::map<Tn, Node>::const_iterator i = nodes_.begin(); i != nodes_.end(); ++i)
+            adjacency += i->second.neighbours().size();
+        if (adjacency != 2 * edges_.size()) return false;
+        for (typename std::map<Te, Edge>::const_iterator i = edges_.begin(); i != edges_.end(); ++i) {
+            typename std::map<Edge, Te>::const_iterator twin = edge_ids_.find(i->second);
+            if (twin == edge_ids_.end() || !(twin->second == i->first)) return false;
+            if (!has_edge(i->second.id1(), i->second.id2()) || !has_edge(i->second.id2(), i->second.id1()))
+                return false;
+        }
+        return true;
+    }
+
+    // --- access for the layers above -----------------------------------------
+
+    int nnodes() const { return static_cast<int>(nodes_.size()); }
+    int nedges() const { return static_cast<int>(edges_.size()); }
+    /// The nodes, in identifier order.
+    const std::map<Tn, Node>& nodes() const { return nodes_; }
+    /// The edges by identifier.
+    const std::map<Te, Edge>& edges() const { return edges_; }
+    /// The edges by end pair.
+    const std::map<Edge, Te>& edge_ids() const { return edge_ids_; }
+
+protected:
+    /// Drops the ring caches, as every edge insertion or removal must.
+    void drop_ring_caches() {
+        if (!node_ring_sizes_.empty()) node_ring_sizes_.clear();
+        ring_set_valid_ = false;
+    }
+
+    Node& node_for(const Tn& n) {
+        typename std::map<Tn, Node>::iterator found = nodes_.lower_bound(n);
+        if (found == nodes_.end() || nodes_.key_comp()(n, found->first))
+            found = nodes_.insert(found, std::make_pair(n, Node(n)));
+        return found->second;
+    }
+
+    mutable std::map<Tn, Node> nodes_;  // mutable: searches suppress edges and keep scratch paths
+    std::map<Te, Edge> edges_;
+    std::map<Edge, Te> edge_ids_;
+    mutable std::map<Tn, int> node_ring_sizes_;  // smallest ring size per node asked about; 0 acyclic
+    mutable bool ring_set_valid_ = false;
+    mutable std::deque<std::set<Tn> > ring_set_;
+};
+
+}  // namespace molcryst
+
+#endif

@@ -1,0 +1,28 @@
+// molcryst: every public header of the library.
+#ifndef MOLCRYST_MOLCRYST_H
+#define MOLCRYST_MOLCRYST_H
+
+// support
+#include "molcryst/support/THandle.h"
+#include "molcryst/support/Archive.h"
+#include "molcryst/support/VersionedArchive.h"
+#include "molcryst/support/Observer.h"
+#include "molcryst/support/Subject.h"
+#include "molcryst/support/TARNLog.h"
+#include "molcryst/support/StringFunctions.h"
+#include "molcryst/support/CaseInsensitiveStringLess.h"
+#include "molcryst/support/DatabaseEntryIdentifier.h"
+#include "molcryst/support/PolymorphicConstIterator.h"
+#include "molcryst/support/PolymorphicIterator.h"
+#include "molcryst/support/IndexedTable.h"
+#include "molcryst/support/TransformingIterator.h"
+#include "molcryst/support/ResizableArray2D.h"
+#include "molcryst/support/AtomPredicates.h"
+#include "molcryst/support/BondPredicates.h"
+
+// graph
+#include "molcryst/graph/NodeData.h"
+#include "molcryst/graph/EdgeData.h"
+#include "molcryst/graph/Graph.h"
+
+#endif

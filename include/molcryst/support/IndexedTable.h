@@ -1,0 +1,86 @@
+// IndexedTable: a sequence of distinct values, each with a stable index found
+// by value in logarithmic time.
+//
+// Removal costs one erase and renumbers nothing: the stored positions are
+// hints, and the first `index` that finds a stale hint rewrites them all.
+#ifndef MOLCRYST_SUPPORT_INDEXEDTABLE_H
+#define MOLCRYST_SUPPORT_INDEXEDTABLE_H
+
+#include <deque>
+#include <map>
+#include <stdexcept>
+#include <string>
+
+namespace molcryst {
+
+/// Values in index order with a self-repairing map from value to index.
+template <class V>
+class IndexedTable {
+public:
+    typedef typename std::deque<V>::iterator iterator;
+    typedef typename std::deque<V>::const_iterator const_iterator;
+
+    /// Appends `v` unless it is there already; returns its index either way.
+    unsigned int add(const V& v) {
+        if (positions_.insert(std::make_pair(v, static_cast<unsigned int>(values_.size()))).second)
+            values_.push_back(v);
+        return index(v);
+    }
+
+    /// The value with index `i`; std::out_of_range outside the table.
+    const V& at(unsigned int i) const {
+        if (static_cast<long long>(i) < first_index_ ||
+            static_cast<long long>(i) >= first_index_ + static_cast<long long>(values_.size()))
+            throw std::out_of_range("IndexedTable::at Illegal index: " + std::to_string(i));
+        return values_[i - first_index_];
+    }
+
+    /// The index of `v`; std::invalid_argument when it is not in the table.
+    unsigned int index(const V& v) const {
+        typename std::map<V, unsigned int>::iterator found = positions_.find(v);
+        if (found == positions_.end()) throw std::invalid_argument("IndexedTable::index(Value): Unknown value.");
+        if (found->second < values_.size() && values_[found->second] == v) return found->second + first_index_;
+        refresh();
+        return found->second + first_index_;
+    }
+
+    /// Removes `v`, found by `index`.
+    void remove_value(const V& v) { remove(values_.begin() + (index(v) - first_index_)); }
+
+    /// Removes the value at `position`; later values shift down by one.
+    void remove(iterator position) {
+        positions_.erase(*position);
+        values_.erase(position);
+    }
+
+    void clear() {
+        values_.clear();
+        positions_.clear();
+    }
+
+    unsigned int size() const { return static_cast<unsigned int>(values_.size()); }
+    int first_index() const { return first_index_; }
+    bool contains(const V& v) const { return positions_.count(v) != 0; }
+
+    iterator begin() { return values_.begin(); }
+    iterator end() { return values_.end(); }
+    const_iterator begin() const { return values_.begin(); }
+    const_iterator end() const { return values_.end(); }
+
+    /// The values in index order.
+    const std::deque<V>& values() const { return values_; }
+
+private:
+    void refresh() const {
+        unsigned int position = 0;
+        for (const V& v : values_) positions_[v] = position++;
+    }
+
+    std::deque<V> values_;
+    int first_index_ = 0;
+    mutable std::map<V, unsigned int> positions_;  // hints, repaired by index()
+};
+
+}  // namespace molcryst
+
+#endif

@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Builds the library, its tests and the demo with AddressSanitizer,
+# UndefinedBehaviorSanitizer and LeakSanitizer and warnings as errors, then
+# runs every test, the demo included.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/setup.sh
+cmake -S . -B build/test -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="-O1 -g" \
+  -DMOLCRYST_SANITIZE=ON -DMOLCRYST_WERROR=ON -DMOLCRYST_BUILD_TESTS=ON -DMOLCRYST_BUILD_EXAMPLES=ON
+cmake --build build/test
+ctest --test-dir build/test --output-on-failure -j 2
