@@ -20,9 +20,15 @@
 #include "molcryst/support/AtomPredicates.h"
 #include "molcryst/support/BondPredicates.h"
 
+// geometry
+
+// elements
+
 // graph
 #include "molcryst/graph/NodeData.h"
 #include "molcryst/graph/EdgeData.h"
 #include "molcryst/graph/Graph.h"
+
+// molecule
 
 #endif
