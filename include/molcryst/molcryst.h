@@ -23,6 +23,9 @@
 // geometry
 
 // elements
+#include "molcryst/elements/Element.h"
+#include "molcryst/elements/ElementSet.h"
+#include "molcryst/elements/ElementSetFactory.h"
 
 // graph
 #include "molcryst/graph/NodeData.h"
