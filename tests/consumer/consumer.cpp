@@ -1,0 +1,56 @@
+// An outside program that takes molcryst as a user would: one include, the
+// namespace, and the library's names. It exits non-zero if anything is off.
+#include <molcryst/molcryst.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+using namespace molcryst;
+
+namespace {
+struct Atom {
+    std::string label_;
+    std::string label() const { return label_; }
+};
+int failures = 0;
+void check(bool ok, const char* what) {
+    if (!ok) {
+        std::fprintf(stderr, "consumer: %s\n", what);
+        ++failures;
+    }
+}
+}  // namespace
+
+int main() {
+    THandle<Atom> a(new Atom{"C1"}), b(new Atom{"N1"}), c(new Atom{"O1"});
+    check(a.use_count() == 1, "handle count");
+
+    Archive ar = Archive::temporary();
+    ar << std::string("entry") << std::vector<int>{1, 2, 3};
+    ar.rewind();
+    std::string text;
+    std::vector<int> numbers;
+    ar >> text >> numbers;
+    check(text == "entry" && numbers.size() == 3, "archive round trip");
+
+    IndexedTable<THandle<Atom> > table;
+    table.add(a);
+    table.add(b);
+    table.remove_value(a);
+    check(table.index(b) == 0, "indexed table repair");
+    check(AtomLabelPredicate<THandle<Atom> >("N1")(b), "atom predicate");
+
+    Graph<THandle<Atom>, int> graph;
+    graph.add_edge(1, a, b);
+    graph.add_edge(2, b, c);
+    std::vector<THandle<Atom> > path;
+    check(graph.shortest_path(a, c, path) && path.size() == 3, "graph shortest path");
+    try {
+        graph.add_edge(1, a, c);
+        check(false, "duplicate edge accepted");
+    } catch (const std::invalid_argument& e) {
+        check(std::string(e.what()) == "Graph::add_edge - duplicate edge identifier", "graph message");
+    }
+    return failures == 0 ? 0 : 1;
+}
