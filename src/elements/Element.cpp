@@ -353,7 +353,9 @@ int lookup_name(const char* name, std::size_t length) {
 // then match exactly; "Unknown" and every miss give 0 alike.
 Element::TARNCode exact_symbol_code(const char* symbol, std::size_t length) {
     int code = lookup_letters(symbol, length);
-    if (code < 0 || std::memcmp(element_rows[code].symbol, symbol, length) != 0) return Element::Unknown;
+    if (code < 0) return Element::Unknown;
+    const char* candidate = element_rows[code].symbol;
+    if (candidate[0] != symbol[0] || (length == 2 && candidate[1] != symbol[1])) return Element::Unknown;
     return static_cast<Element::TARNCode>(code);
 }
 
