@@ -45,7 +45,10 @@ public:
 
     // Property tables, indexed by code. Radii in Angstroms, volumes in cubic
     // Angstroms at 298 K. A van der Waals radius of 2.0 stands for "no
-    // published radius"; a covalent radius of 0.0 for "not known".
+    // published radius"; a covalent radius of 0.0 for "not known". The
+    // numeric tables are constant data; the symbols are built as the program
+    // starts, so symbol() is not for use by other static initialisers (name
+    // lookups are: they do not read table_).
     static const std::array<std::string, ncodes_> table_;  // symbols; "Unknown" for code 0
     static const std::array<signed char, ncodes_> atomic_numbers_;  // 0 for the pseudo-elements
     static const std::array<double, ncodes_> vdw_radii_;
