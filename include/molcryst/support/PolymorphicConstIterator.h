@@ -69,6 +69,72 @@ int distance_between(const I& from, const I& to, const I* end) {
     }
 }
 
+// The operations common to both type-erased iterators: every step forwards to
+// the implementation, and a copy clones it.
+template <class Derived, class Impl>
+class PolymorphicIteratorFacade {
+public:
+    Derived& operator++() {
+        impl_->increment();
+        return derived();
+    }
+    Derived operator++(int) {
+        Derived old(derived());
+        impl_->increment();
+        return old;
+    }
+    Derived& operator--() {
+        impl_->decrement();
+        return derived();
+    }
+    Derived operator--(int) {
+        Derived old(derived());
+        impl_->decrement();
+        return old;
+    }
+    Derived& operator+=(int n) {
+        impl_->advance(n);
+        return derived();
+    }
+    Derived& operator-=(int n) {
+        impl_->advance(-n);
+        return derived();
+    }
+    Derived operator+(int n) const {
+        Derived copy(impl_->clone());
+        copy.impl_->advance(n);
+        return copy;
+    }
+    Derived operator-(int n) const {
+        Derived copy(impl_->clone());
+        copy.impl_->advance(-n);
+        return copy;
+    }
+    bool operator==(const Derived& other) const { return impl_->equal(*other.impl_); }
+    bool operator!=(const Derived& other) const { return !impl_->equal(*other.impl_); }
+    bool operator<(const Derived& other) const { return impl_->distance(*other.impl_) < 0; }
+    bool operator>(const Derived& other) const { return impl_->distance(*other.impl_) > 0; }
+
+    /// The implementation, shared; null for a default-constructed iterator.
+    const THandle<Impl>& impl() const { return impl_; }
+
+protected:
+    PolymorphicIteratorFacade() = default;
+    explicit PolymorphicIteratorFacade(const THandle<Impl>& impl) : impl_(impl) {}
+    PolymorphicIteratorFacade(const PolymorphicIteratorFacade& other) : impl_(clone_of(other.impl_)) {}
+    PolymorphicIteratorFacade& operator=(const PolymorphicIteratorFacade& other) {
+        if (this != &other) impl_ = clone_of(other.impl_);
+        return *this;
+    }
+
+    THandle<Impl> impl_;
+
+private:
+    Derived& derived() { return static_cast<Derived&>(*this); }
+    const Derived& derived() const { return static_cast<const Derived&>(*this); }
+    static THandle<Impl> clone_of(const THandle<Impl>& h) { return h.unhand() == nullptr ? h : h->clone(); }
+};
+
 }  // namespace detail
 
 /// A PolymorphicConstIteratorBase over an iterator `I` whose items convert to `T`.
@@ -109,7 +175,10 @@ private:
 /// Read-only type-erased iterator yielding `T` by value. A default-constructed
 /// one is null: any operation on it but copying goes to null_handle_error.
 template <class T>
-class PolymorphicConstIterator {
+class PolymorphicConstIterator
+    : public detail::PolymorphicIteratorFacade<PolymorphicConstIterator<T>, PolymorphicConstIteratorBase<T> > {
+    typedef detail::PolymorphicIteratorFacade<PolymorphicConstIterator<T>, PolymorphicConstIteratorBase<T> > Facade;
+
 public:
     typedef std::bidirectional_iterator_tag iterator_category;
     typedef T value_type;
@@ -118,63 +187,9 @@ public:
     typedef T reference;
 
     PolymorphicConstIterator() = default;
-    explicit PolymorphicConstIterator(const THandle<PolymorphicConstIteratorBase<T> >& impl) : impl_(impl) {}
-    PolymorphicConstIterator(const PolymorphicConstIterator& other) : impl_(clone_of(other.impl_)) {}
-    PolymorphicConstIterator& operator=(const PolymorphicConstIterator& other) {
-        if (this != &other) impl_ = clone_of(other.impl_);
-        return *this;
-    }
+    explicit PolymorphicConstIterator(const THandle<PolymorphicConstIteratorBase<T> >& impl) : Facade(impl) {}
 
-    T operator*() const { return impl_->get(); }
-    PolymorphicConstIterator& operator++() {
-        impl_->increment();
-        return *this;
-    }
-    PolymorphicConstIterator operator++(int) {
-        PolymorphicConstIterator old(*this);
-        impl_->increment();
-        return old;
-    }
-    PolymorphicConstIterator& operator--() {
-        impl_->decrement();
-        return *this;
-    }
-    PolymorphicConstIterator operator--(int) {
-        PolymorphicConstIterator old(*this);
-        impl_->decrement();
-        return old;
-    }
-    PolymorphicConstIterator& operator+=(int n) {
-        impl_->advance(n);
-        return *this;
-    }
-    PolymorphicConstIterator& operator-=(int n) {
-        impl_->advance(-n);
-        return *this;
-    }
-    PolymorphicConstIterator operator+(int n) const {
-        PolymorphicConstIterator copy(impl_->clone());
-        copy.impl_->advance(n);
-        return copy;
-    }
-    PolymorphicConstIterator operator-(int n) const {
-        PolymorphicConstIterator copy(impl_->clone());
-        copy.impl_->advance(-n);
-        return copy;
-    }
-    bool operator==(const PolymorphicConstIterator& other) const { return impl_->equal(*other.impl_); }
-    bool operator!=(const PolymorphicConstIterator& other) const { return !impl_->equal(*other.impl_); }
-    bool operator<(const PolymorphicConstIterator& other) const { return impl_->distance(*other.impl_) < 0; }
-    bool operator>(const PolymorphicConstIterator& other) const { return impl_->distance(*other.impl_) > 0; }
-
-    /// The implementation, shared; null for a default-constructed iterator.
-    const THandle<PolymorphicConstIteratorBase<T> >& impl() const { return impl_; }
-
-private:
-    static THandle<PolymorphicConstIteratorBase<T> > clone_of(const THandle<PolymorphicConstIteratorBase<T> >& h) {
-        return h.unhand() == nullptr ? h : h->clone();
-    }
-    THandle<PolymorphicConstIteratorBase<T> > impl_;
+    T operator*() const { return this->impl_->get(); }
 };
 
 /// A PolymorphicConstIterator<T> over `i`.

@@ -65,7 +65,10 @@ private:
 /// Mutable type-erased iterator yielding `T&`. A default-constructed one is
 /// null: any operation on it but copying goes to null_handle_error.
 template <class T>
-class PolymorphicIterator {
+class PolymorphicIterator
+    : public detail::PolymorphicIteratorFacade<PolymorphicIterator<T>, PolymorphicIteratorBase<T> > {
+    typedef detail::PolymorphicIteratorFacade<PolymorphicIterator<T>, PolymorphicIteratorBase<T> > Facade;
+
 public:
     typedef std::bidirectional_iterator_tag iterator_category;
     typedef T value_type;
@@ -74,68 +77,15 @@ public:
     typedef T& reference;
 
     PolymorphicIterator() = default;
-    explicit PolymorphicIterator(const THandle<PolymorphicIteratorBase<T> >& impl) : impl_(impl) {}
-    PolymorphicIterator(const PolymorphicIterator& other) : impl_(clone_of(other.impl_)) {}
-    PolymorphicIterator& operator=(const PolymorphicIterator& other) {
-        if (this != &other) impl_ = clone_of(other.impl_);
-        return *this;
-    }
+    explicit PolymorphicIterator(const THandle<PolymorphicIteratorBase<T> >& impl) : Facade(impl) {}
 
     /// The read-only iterator at the same position.
     operator PolymorphicConstIterator<T>() const {  // NOLINT: mutable converts to const as for containers
-        return PolymorphicConstIterator<T>(impl_->const_clone());
+        return PolymorphicConstIterator<T>(this->impl_->const_clone());
     }
 
-    T& operator*() const { return impl_->get(); }
-    T* operator->() const { return &impl_->get(); }
-    PolymorphicIterator& operator++() {
-        impl_->increment();
-        return *this;
-    }
-    PolymorphicIterator operator++(int) {
-        PolymorphicIterator old(*this);
-        impl_->increment();
-        return old;
-    }
-    PolymorphicIterator& operator--() {
-        impl_->decrement();
-        return *this;
-    }
-    PolymorphicIterator operator--(int) {
-        PolymorphicIterator old(*this);
-        impl_->decrement();
-        return old;
-    }
-    PolymorphicIterator& operator+=(int n) {
-        impl_->advance(n);
-        return *this;
-    }
-    PolymorphicIterator& operator-=(int n) {
-        impl_->advance(-n);
-        return *this;
-    }
-    PolymorphicIterator operator+(int n) const {
-        PolymorphicIterator copy(impl_->clone());
-        copy.impl_->advance(n);
-        return copy;
-    }
-    PolymorphicIterator operator-(int n) const {
-        PolymorphicIterator copy(impl_->clone());
-        copy.impl_->advance(-n);
-        return copy;
-    }
-    bool operator==(const PolymorphicIterator& other) const { return impl_->equal(*other.impl_); }
-    bool operator!=(const PolymorphicIterator& other) const { return !impl_->equal(*other.impl_); }
-    bool operator<(const PolymorphicIterator& other) const { return impl_->distance(*other.impl_) < 0; }
-    bool operator>(const PolymorphicIterator& other) const { return impl_->distance(*other.impl_) > 0; }
-
-    const THandle<PolymorphicIteratorBase<T> >& impl() const { return impl_; }
-
-private:
-    static THandle<PolymorphicIteratorBase<T> > clone_of(const THandle<PolymorphicIteratorBase<T> >& h) {
-        return h.unhand() == nullptr ? h : h->clone();
-    }
-    THandle<PolymorphicIteratorBase<T> > impl_;
+    T& operator*() const { return this->impl_->get(); }
+    T* operator->() const { return &this->impl_->get(); }
 };
 
 /// A PolymorphicIterator<T> over `i`.
