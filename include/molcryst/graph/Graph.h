@@ -6,14 +6,19 @@
 // which for handles is descending address: the traversal orders and
 // tie-breaks below follow from it.
 //
-// The query methods are const, yet a search may suppress edges for its
-// duration and keeps scratch state on the nodes; the ring caches are filled
-// on demand. A graph must not be used from two threads at once, even for
-// reading.
+// The query methods are const, yet they write scratch state and fill the
+// ring caches on demand. A graph must not be used from two threads at once,
+// even for reading.
+//
+// The ring searches are declared here and defined in Graph_rings.h, which
+// this header includes at its end; they run on a RingSearchIndex, an integer
+// picture of the adjacency that the graph builds on demand and drops on every
+// change to its nodes or adjacency.
 #ifndef MOLCRYST_GRAPH_GRAPH_H
 #define MOLCRYST_GRAPH_GRAPH_H
 
 #include <algorithm>
+#include <cstddef>
 #include <deque>
 #include <map>
 #include <set>
@@ -24,8 +29,16 @@
 
 #include "molcryst/graph/EdgeData.h"
 #include "molcryst/graph/NodeData.h"
+#include "molcryst/graph/RingSearchIndex.h"
 
 namespace molcryst {
+
+/// Orders sets by size, smaller first: how the rings of an assembly are
+/// ranked before the ring set is chosen from them.
+template <class T>
+struct CompareSize {
+    bool operator()(const std::set<T>& a, const std::set<T>& b) const { return a.size() < b.size(); }
+};
 
 /// Undirected simple graph on node identifiers `Tn` and edge identifiers `Te`.
 template <class Tn, class Te>
@@ -39,12 +52,18 @@ public:
 
     /// Adds a node with no neighbours; a node already there is left alone.
     void add_node(const Tn& n) {
-        if (nodes_.find(n) == nodes_.end()) nodes_.insert(std::make_pair(n, Node(n)));
+        if (nodes_.find(n) == nodes_.end()) {
+            nodes_.insert(std::make_pair(n, Node(n)));
+            ring_index_.invalidate();
+        }
         validate();
     }
 
     /// Adds a node the caller vouches is new, without looking first.
-    void unchecked_add_node(const Tn& n) { nodes_.emplace_hint(nodes_.end(), n, Node(n)); }
+    void unchecked_add_node(const Tn& n) {
+        nodes_.emplace_hint(nodes_.end(), n, Node(n));
+        ring_index_.invalidate();
+    }
 
     /// Adds edge `e` between `n1` and `n2`, creating missing nodes. The same
     /// edge again is a no-op; a known identifier on other ends, or a known
@@ -112,7 +131,7 @@ public:
     /// Removes `n` and its edges.
     void remove_node(const Tn& n) {
         isolate_node(n);
-        nodes_.erase(n);
+        if (nodes_.erase(n) != 0) ring_index_.invalidate();
     }
 
     void clear() {
@@ -121,6 +140,7 @@ public:
         edge_ids_.clear();
         node_ring_sizes_.clear();
         ring_set_valid_ = false;
+        ring_index_.invalidate();
     }
 
     // --- queries -------------------------------------------------------------
@@ -306,6 +326,7 @@ public:
     void suppress_edge(Tn n1, Tn n2) const {
         typename std::map<Tn, Node>::iterator a = nodes_.find(n1);
         if (a == nodes_.end()) return;
+        ring_index_.invalidate();
         a->second.remove_neighbour(n2);
         typename std::map<Tn, Node>::iterator b = nodes_.find(n2);
         if (b != nodes_.end()) b->second.remove_neighbour(n1);
@@ -313,6 +334,7 @@ public:
 
     /// Restores what suppress_edge hid, on each end that exists.
     void unsuppress_edge(Tn n1, Tn n2) const {
+        ring_index_.invalidate();
         typename std::map<Tn, Node>::iterator a = nodes_.find(n1);
         if (a != nodes_.end()) a->second.add_neighbour(n2);
         typename std::map<Tn, Node>::iterator b = nodes_.find(n2);
@@ -323,6 +345,47 @@ public:
     void clear_node_paths() const {
         for (typename std::map<Tn, Node>::iterator i = nodes_.begin(); i != nodes_.end(); ++i) i->second.path().clear();
     }
+
+    // --- ring perception (defined in Graph_rings.h) ---------------------------
+    //
+    // A ring is the set of its nodes. Neighbours are walked in set order, and
+    // where two rings are equally small the first found wins: that order is
+    // the tie-break. The searches leave the adjacency as they found it.
+
+    /// Smallest ring through `root`, which must have exactly two neighbours.
+    /// Returns its size, 0 (with `ring` empty) if there is none.
+    int node2_smallest_ring(const Tn& root, std::set<Tn>& ring) const;
+    /// Smallest ring through `node`, tried over each pair of its neighbours.
+    int node_smallest_ring(const Tn& node, std::set<Tn>& ring) const;
+    /// Smallest ring through the edge `node1`-`node2`.
+    int edge_smallest_ring(const Tn& node1, const Tn& node2, std::set<Tn>& ring) const;
+    /// Smallest ring through the path `left`-`middle`-`right`.
+    int angle_smallest_ring(const Tn& left, const Tn& middle, const Tn& right, std::set<Tn>& ring) const;
+    /// Whether `node` lies on a ring; the size of its smallest ring goes to
+    /// `ringsize` unless it is null. Cached per node until the edges change.
+    bool is_node_cyclic(const Tn& node, int* ringsize) const;
+    /// Whether the edge `node1`-`node2` lies on a ring. With a null
+    /// `ringsize` no ring is searched for; otherwise its smallest ring's size
+    /// is stored there.
+    bool is_edge_cyclic(const Tn& node1, const Tn& node2, int* ringsize) const;
+    bool is_edge_cyclic(const Te& edge, int* ringsize) const;
+    /// All rings of the graph, by fused assembly: assembly k owns
+    /// `rings[bounds[k]]` up to `rings[bounds[k + 1]]`. Returns the number of
+    /// assemblies.
+    int ring_assemblies(std::deque<std::set<Tn> >& rings, std::deque<int>& bounds) const;
+    /// The rings of `ring_assemblies`, cached until the edges change. Returns
+    /// their number.
+    int basic_ring_set(std::deque<std::set<Tn> >& rings) const;
+    /// Chooses the rings of one assembly of candidate rings (as edge sets;
+    /// sorted here by size) and appends them to `rings`.
+    void select_rings_from_assembly(std::deque<std::set<Te> >& assembly, std::deque<std::set<Tn> >& rings) const;
+    /// The edges of the subgraph induced by `nodes`.
+    std::set<Te> nodes_to_edges(const std::set<Tn>& nodes) const;
+    /// Both ends of each edge.
+    std::set<Tn> edges_to_nodes(const std::set<Te>& edges) const;
+    /// Extended connectivity of order `order` (at least 1): the degree for
+    /// order 1, then repeatedly the sum of the neighbours' values.
+    std::map<Tn, int> extended_conn(int order) const;
 
     /// Consistency hook run after mutating operations. It checks the
     /// invariants only in builds that define MOLCRYST_VALIDATE_GRAPHS.
@@ -365,7 +428,20 @@ protected:
     void drop_ring_caches() {
         if (!node_ring_sizes_.empty()) node_ring_sizes_.clear();
         ring_set_valid_ = false;
+        ring_index_.invalidate();
     }
+
+    /// The search index of the current adjacency, built if stale.
+    detail::RingSearchIndex<Tn>& ring_index() const;
+    /// Smallest ring at index node `u` over pairs of its neighbours; the ring
+    /// goes to `ring` unless it is null, when only the size is wanted.
+    int smallest_ring_at_node(int u, std::set<Tn>* ring) const;
+    /// Smallest ring through the edge from index node `a` to `b`, rooted at `a`.
+    int smallest_ring_at_edge(int a, int b, std::set<Tn>* ring) const;
+    /// edge_smallest_ring, with its checks; only the size when `ring` is null.
+    int edge_ring(const Tn& node1, const Tn& node2, std::set<Tn>* ring) const;
+    /// The ring through `root` and its slots `s1`, `s2` (in any order), or 0.
+    int ring_at_angle(int root, int s1, int s2, std::set<Tn>& ring) const;
 
     Node& node_for(const Tn& n) {
         typename std::map<Tn, Node>::iterator found = nodes_.lower_bound(n);
@@ -380,8 +456,11 @@ protected:
     mutable std::map<Tn, int> node_ring_sizes_;  // smallest ring size per node asked about; 0 acyclic
     mutable bool ring_set_valid_ = false;
     mutable std::deque<std::set<Tn> > ring_set_;
+    mutable detail::RingSearchIndex<Tn> ring_index_;  // dropped on every change to nodes or adjacency
 };
 
 }  // namespace molcryst
+
+#include "molcryst/graph/Graph_rings.h"
 
 #endif

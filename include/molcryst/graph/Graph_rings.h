@@ -1,0 +1,399 @@
+// Graph_rings: the ring searches of Graph, defined out of line so that the
+// class in Graph.h stays readable. Graph.h includes this header at its end.
+//
+// A ring through a root node and two of its edges is found by a breadth-first
+// search in two waves, one from each of the two neighbours, with the root's
+// other edges left out; the first node of one wave to meet a node of the other
+// closes the ring, and the ring is the two paths back to the root. Each search
+// keeps a predecessor and a wave per node in a RingSearchIndex rather than a
+// whole path per node, skips pairs of edges that share no block (they close no
+// ring), and stops a level-by-level search once it can no longer beat the best
+// ring already found. None of this changes which ring is found first, so the
+// rings and the ties between equally small rings are those of the plain
+// two-wave search on the graph's own neighbour order.
+#ifndef MOLCRYST_GRAPH_GRAPH_RINGS_H
+#define MOLCRYST_GRAPH_GRAPH_RINGS_H
+
+#include <algorithm>
+#include <climits>
+#include <deque>
+#include <map>
+#include <set>
+#include <stdexcept>
+#include <vector>
+
+#include "molcryst/graph/Graph.h"
+
+namespace molcryst {
+
+template <class Tn, class Te>
+detail::RingSearchIndex<Tn>& Graph<Tn, Te>::ring_index() const {
+    if (!ring_index_.valid()) ring_index_.build(nodes_);
+    return ring_index_;
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::ring_at_angle(int root, int s1, int s2, std::set<Tn>& ring) const {
+    detail::RingSearchIndex<Tn>& index = ring_index_;
+    if (index.block(s1) < 0 || index.block(s1) != index.block(s2)) return 0;
+    // The wave of the neighbour first in neighbour order starts first.
+    if (index.target(s2) < index.target(s1)) std::swap(s1, s2);
+    std::vector<int> members;
+    const int size = index.ring_through(root, s1, s2, INT_MAX, &members);
+    for (int m : members) ring.insert(index.id(m));
+    return size;
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::smallest_ring_at_node(int u, std::set<Tn>* ring) const {
+    detail::RingSearchIndex<Tn>& index = ring_index_;
+    int best = INT_MAX;
+    std::vector<int> members, best_members;
+    const int end = index.end_slots(u);
+    // Each pair of neighbours once, in neighbour order; a later ring replaces
+    // the best only if strictly smaller, and none is smaller than 3.
+    for (int si = index.begin_slots(u); si < end && best > 3; ++si) {
+        if (index.degree(index.target(si)) < 2) continue;  // a dead end once u is left out
+        for (int sj = si + 1; sj < end && best > 3; ++sj) {
+            if (index.degree(index.target(sj)) < 2) continue;
+            const int block = index.block(si);
+            if (block < 0 || block != index.block(sj)) continue;
+            int size;
+            if (ring == nullptr && index.block_is_cycle(block))
+                size = index.block_nodes(block);  // the block is the only ring there
+            else
+                size = index.ring_through(u, si, sj, best, ring == nullptr ? nullptr : &members);
+            if (size != 0 && size < best) {
+                best = size;
+                best_members.swap(members);
+            }
+        }
+    }
+    if (best == INT_MAX) return 0;
+    if (ring != nullptr)
+        for (int m : best_members) ring->insert(index.id(m));
+    return best;
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::smallest_ring_at_edge(int a, int b, std::set<Tn>* ring) const {
+    detail::RingSearchIndex<Tn>& index = ring_index_;
+    const int sb = index.slot(a, b);
+    if (sb < 0 || index.is_bridge(sb)) return 0;
+    const int block = index.block(sb);
+    if (ring == nullptr && index.block_is_cycle(block)) return index.block_nodes(block);
+    int best = INT_MAX;
+    std::vector<int> members, best_members;
+    // The edge with each other edge of `a` in turn, in neighbour order.
+    for (int sc = index.begin_slots(a); sc < index.end_slots(a) && best > 3; ++sc) {
+        if (sc == sb || index.block(sc) != block) continue;
+        const int size = sc < sb ? index.ring_through(a, sc, sb, best, ring == nullptr ? nullptr : &members)
+                                 : index.ring_through(a, sb, sc, best, ring == nullptr ? nullptr : &members);
+        if (size != 0 && size < best) {
+            best = size;
+            best_members.swap(members);
+        }
+    }
+    if (best == INT_MAX) return 0;
+    if (ring != nullptr)
+        for (int m : best_members) ring->insert(index.id(m));
+    return best;
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::node2_smallest_ring(const Tn& root, std::set<Tn>& ring) const {
+    typename std::map<Tn, Node>::const_iterator found = nodes_.find(root);
+    if (found == nodes_.end())
+        throw std::invalid_argument("Graph::node2_smallest_ring(Tn& root, std::set<Tn>& ring):root node does not exist");
+    if (found->second.degree() != 2)
+        throw std::invalid_argument(
+            "Graph::node2_smallest_ring(Tn& root, std::set<Tn>& ring):root node does not have degree = 2");
+    ring.clear();
+    detail::RingSearchIndex<Tn>& index = ring_index();
+    const int u = index.find(root);
+    if (index.degree(u) != 2) return 0;  // a neighbour that is not a node leads nowhere
+    return ring_at_angle(u, index.begin_slots(u), index.begin_slots(u) + 1, ring);
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::node_smallest_ring(const Tn& node, std::set<Tn>& ring) const {
+    if (!has_node(node))
+        throw std::invalid_argument("Graph::node_smallest_ring(T& node, std::set<Tn>& ring):node does not exist");
+    ring.clear();
+    detail::RingSearchIndex<Tn>& index = ring_index();
+    return smallest_ring_at_node(index.find(node), &ring);
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::edge_smallest_ring(const Tn& node1, const Tn& node2, std::set<Tn>& ring) const {
+    return edge_ring(node1, node2, &ring);
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::edge_ring(const Tn& node1, const Tn& node2, std::set<Tn>* ring) const {
+    if (raw_identifier(node1) == raw_identifier(node2))
+        throw std::invalid_argument(
+            "Graph::edge_smallest_ring(Tn& node1, Tn& node2, std::set<Tn>& ring):node1 and node2 are identical");
+    if (!has_edge(node1, node2))
+        throw std::invalid_argument(
+            "Graph::edge_smallest_ring(Tn& node1, Tn& node2, std::set<Tn>& ring):node1 and node2 are not connected");
+    // Rooted at the end of lower degree, node1 on a tie: fewer pairs to try.
+    const bool swap = degree_node(node2) < degree_node(node1);
+    const Tn& a = swap ? node2 : node1;
+    const Tn& b = swap ? node1 : node2;
+    if (ring != nullptr) ring->clear();
+    detail::RingSearchIndex<Tn>& index = ring_index();
+    return smallest_ring_at_edge(index.find(a), index.find(b), ring);
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::angle_smallest_ring(const Tn& left, const Tn& middle, const Tn& right, std::set<Tn>& ring) const {
+    if (raw_identifier(left) == raw_identifier(right))
+        throw std::invalid_argument(
+            "Graph::angle_smallest_ring(Tn& left, Tn& middle, Tn& right, std::set<Tn>& ring):left and right nodes are "
+            "identical");
+    if (!has_edge(middle, left) || !has_edge(middle, right))
+        throw std::invalid_argument(
+            "Graph::angle_smallest_ring(Tn& left, Tn& middle, Tn& right, std::set<Tn>& ring):nodes not connected in "
+            "sequence left-middle-right");
+    ring.clear();
+    if (degree_node(left) < 2 || degree_node(right) < 2) return 0;
+    detail::RingSearchIndex<Tn>& index = ring_index();
+    const int m = index.find(middle);
+    const int sl = index.slot(m, index.find(left));
+    const int sr = index.slot(m, index.find(right));
+    if (sl < 0 || sr < 0) return 0;
+    return ring_at_angle(m, sl, sr, ring);
+}
+
+template <class Tn, class Te>
+bool Graph<Tn, Te>::is_node_cyclic(const Tn& node, int* ringsize) const {
+    typename std::map<Tn, int>::const_iterator cached = node_ring_sizes_.find(node);
+    if (cached != node_ring_sizes_.end()) {
+        if (ringsize != nullptr) *ringsize = cached->second;
+        return cached->second != 0;
+    }
+    if (!has_node(node))
+        throw std::invalid_argument("Graph::node_smallest_ring(T& node, std::set<Tn>& ring):node does not exist");
+    detail::RingSearchIndex<Tn>& index = ring_index();
+    const int size = smallest_ring_at_node(index.find(node), nullptr);
+    node_ring_sizes_.insert(std::make_pair(node, size));
+    if (ringsize != nullptr) *ringsize = size;
+    validate();
+    return size != 0;
+}
+
+template <class Tn, class Te>
+bool Graph<Tn, Te>::is_edge_cyclic(const Tn& node1, const Tn& node2, int* ringsize) const {
+    if (ringsize == nullptr) {
+        // No ring search: an edge is cyclic exactly when it is no bridge.
+        if (degree_node(node1) < 2 || degree_node(node2) < 2) return false;
+        if (!has_edge(node1, node2))
+            throw std::invalid_argument("Graph::nodes_one_side(): no edge containing node1 and node2");
+        detail::RingSearchIndex<Tn>& index = ring_index();
+        const int s = index.slot(index.find(node1), index.find(node2));
+        return s >= 0 && !index.is_bridge(s);
+    }
+    const int size = edge_ring(node1, node2, nullptr);
+    *ringsize = size;
+    validate();
+    return size != 0;
+}
+
+template <class Tn, class Te>
+bool Graph<Tn, Te>::is_edge_cyclic(const Te& edge, int* ringsize) const {
+    typename std::map<Te, Edge>::const_iterator found = edges_.find(edge);
+    if (found == edges_.end())
+        throw std::invalid_argument("Graph::is_edge_cyclic(Te& edge, int* ringsize): specified edge does not exist");
+    return is_edge_cyclic(found->second.id1(), found->second.id2(), ringsize);
+}
+
+template <class Tn, class Te>
+std::set<Te> Graph<Tn, Te>::nodes_to_edges(const std::set<Tn>& nodes) const {
+    std::set<Te> result;
+    for (const Tn& n : nodes) {
+        typename std::map<Tn, Node>::const_iterator found = nodes_.find(n);
+        if (found == nodes_.end())
+            throw std::invalid_argument("Graph::nodes_to_edges:   at least one of the nodes does not exist in graph");
+        for (NeighbourIterator i = found->second.begin_neighbours(); i != found->second.end_neighbours(); ++i)
+            if (nodes.count(*i) != 0) result.insert(edge(n, *i));
+    }
+    return result;
+}
+
+template <class Tn, class Te>
+std::set<Tn> Graph<Tn, Te>::edges_to_nodes(const std::set<Te>& edges) const {
+    std::set<Tn> result;
+    for (const Te& e : edges) {
+        result.insert(edge_node1(e));
+        result.insert(edge_node2(e));
+    }
+    return result;
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::ring_assemblies(std::deque<std::set<Tn> >& rings, std::deque<int>& bounds) const {
+    rings.clear();
+    bounds.clear();
+    std::deque<std::set<Te> > candidates;
+    std::deque<bool> flagged;
+
+    // Candidates: the smallest ring through each angle, as an edge set, unless
+    // it has a chord or is already there. A node set seen once is not judged
+    // again: it gives the same edge set and the same verdict.
+    {
+        detail::RingSearchIndex<Tn>& index = ring_index();
+        std::set<std::vector<int> > judged;
+        std::vector<int> members;
+        for (int m = 0; m < index.nnodes(); ++m) {
+            if (index.degree(m) <= 1) continue;
+            const int end = index.end_slots(m);
+            for (int sp = index.begin_slots(m); sp < end; ++sp) {
+                if (index.degree(index.target(sp)) < 2) continue;
+                for (int sq = sp + 1; sq < end; ++sq) {
+                    if (index.degree(index.target(sq)) < 2) continue;
+                    if (index.block(sp) < 0 || index.block(sp) != index.block(sq)) continue;
+                    if (index.ring_through(m, sp, sq, INT_MAX, &members) == 0) continue;
+                    std::sort(members.begin(), members.end());
+                    if (!judged.insert(members).second) continue;
+                    std::set<Tn> ring;
+                    for (int k : members) ring.insert(ring.end(), index.id(k));  // numbers follow set order
+                    std::set<Te> edges = nodes_to_edges(ring);
+                    if (edges.size() > ring.size()) continue;  // a chord
+                    candidates.push_back(std::set<Te>());
+                    candidates.back().swap(edges);
+                    flagged.push_back(false);
+                }
+            }
+        }
+    }
+    if (candidates.empty()) return 0;
+
+    // Assemblies: candidates joined through shared edges, gathered breadth
+    // first; each step queues the unflagged candidates that share an edge with
+    // the one taken, in candidate order. Sharing only a node does not fuse.
+    std::map<Te, std::vector<int> > holders;
+    for (std::size_t i = 0; i < candidates.size(); ++i)
+        for (const Te& e : candidates[i]) holders[e].push_back(static_cast<int>(i));
+    bounds.push_back(0);
+    std::deque<std::set<Te> > assembly;
+    std::deque<int> queue;
+    std::vector<int> touching;
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
+        if (flagged[i]) continue;
+        flagged[i] = true;
+        assembly.clear();
+        queue.push_back(static_cast<int>(i));
+        while (!queue.empty()) {
+            const int j = queue.front();
+            queue.pop_front();
+            assembly.push_back(candidates[j]);
+            touching.clear();
+            for (const Te& e : candidates[j])
+                for (int k : holders.find(e)->second)
+                    if (!flagged[k]) touching.push_back(k);
+            std::sort(touching.begin(), touching.end());
+            touching.erase(std::unique(touching.begin(), touching.end()), touching.end());
+            for (int k : touching) {
+                flagged[k] = true;
+                queue.push_back(k);
+            }
+        }
+        select_rings_from_assembly(assembly, rings);
+        bounds.push_back(static_cast<int>(rings.size()));
+    }
+    return static_cast<int>(bounds.size()) - 1;
+}
+
+template <class Tn, class Te>
+void Graph<Tn, Te>::select_rings_from_assembly(std::deque<std::set<Te> >& assembly,
+                                               std::deque<std::set<Tn> >& rings) const {
+    std::stable_sort(assembly.begin(), assembly.end(), CompareSize<Te>());
+
+    std::map<Te, int> edge_use;
+    std::map<Tn, int> node_count;  // ends of ring edges, each occurrence counting
+    for (const std::set<Te>& ring : assembly)
+        for (const Te& e : ring) {
+            edge_use.insert(std::make_pair(e, 0));
+            ++node_count[edge_node1(e)];
+            ++node_count[edge_node2(e)];
+        }
+
+    // Every edge gets a ring, and two if the rings are smaller than 9.
+    for (const std::set<Te>& ring : assembly) {
+        bool selected = false;
+        for (const Te& e : ring) {
+            const int use = edge_use.find(e)->second;
+            if (use < 1 || (use < 2 && ring.size() < 9)) {
+                selected = true;
+                break;
+            }
+        }
+        if (!selected) continue;
+        rings.push_back(edges_to_nodes(ring));
+        for (const Te& e : ring) ++edge_use.find(e)->second;
+    }
+
+    // The candidates are only smallest rings through angles; rings they miss
+    // are looked for among the edges still short of two rings whose ends both
+    // lie on more than one ring edge.
+    Graph<Tn, int> residual;
+    std::set<Tn> ends;
+    int nresidual = 0;
+    for (typename std::map<Te, int>::const_iterator i = edge_use.begin(); i != edge_use.end(); ++i) {
+        if (i->second >= 2) continue;
+        const Tn n1 = edge_node1(i->first), n2 = edge_node2(i->first);
+        if (node_count[n1] < 3 || node_count[n2] < 3) continue;
+        residual.add_edge(nresidual++, n1, n2);
+        ends.insert(n1);
+        ends.insert(n2);
+    }
+    if (nresidual < 3) return;
+    std::set<std::set<Tn> > found;
+    std::set<Tn> ring;
+    for (const Tn& n : ends) {
+        const int size = residual.node_smallest_ring(n, ring);
+        if (size == 0) continue;
+        if (size < 9 && found.insert(ring).second) rings.push_back(ring);
+    }
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::basic_ring_set(std::deque<std::set<Tn> >& rings) const {
+    if (!ring_set_valid_) {
+        std::deque<int> bounds;
+        ring_assemblies(rings, bounds);
+        ring_set_ = rings;
+        ring_set_valid_ = true;
+    } else {
+        rings = ring_set_;
+    }
+    return static_cast<int>(rings.size());
+}
+
+template <class Tn, class Te>
+std::map<Tn, int> Graph<Tn, Te>::extended_conn(int order) const {
+    if (order < 1) throw std::invalid_argument("Graph::extended_conn:  requested order was < 1");
+    detail::RingSearchIndex<Tn>& index = ring_index();
+    const int n = index.nnodes();
+    // Sums wrap around as 32-bit integers do; they are not guarded against overflow.
+    std::vector<unsigned int> value(static_cast<std::size_t>(n)), next(static_cast<std::size_t>(n));
+    int u = 0;
+    for (typename std::map<Tn, Node>::const_iterator i = nodes_.begin(); i != nodes_.end(); ++i, ++u)
+        value[u] = static_cast<unsigned int>(i->second.degree());
+    for (int round = 1; round < order; ++round) {
+        for (u = 0; u < n; ++u) {
+            unsigned int sum = 0;
+            for (int s = index.begin_slots(u); s < index.end_slots(u); ++s) sum += value[index.target(s)];
+            next[u] = sum;
+        }
+        value.swap(next);
+    }
+    std::map<Tn, int> result;
+    for (u = 0; u < n; ++u) result.emplace_hint(result.end(), index.id(u), static_cast<int>(value[u]));
+    return result;
+}
+
+}  // namespace molcryst
+
+#endif
