@@ -57,7 +57,7 @@ TEST(PolymorphicConstIterator, DifferentContainersMismatchAndNullIsAnError) {
     std::deque<int> d = {1};
     std::set<int> s = {1};
     PolymorphicConstIterator<int> a = make_polymorphic_const_iterator<int>(d.cbegin());
-    PolymorphicConstIterator<int> b = make_polymorphic_const_iterator<int>(s.cbegin());
+    PolymorphicConstIterator<int> b = make_polymorphic_const_iterator<int>(s.cbegin(), s.cend());
     try {
         (void)(a == b);
         FAIL();
@@ -70,10 +70,11 @@ TEST(PolymorphicConstIterator, DifferentContainersMismatchAndNullIsAnError) {
     } catch (const std::runtime_error& e) {
         EXPECT_STREQ(e.what(), "PolymorphicConstIteratorImpl::distance types mismatch");
     }
+    // A null iterator refuses everything, copying included.
     PolymorphicConstIterator<int> null;
-    PolymorphicConstIterator<int> null_copy = null;  // copying a null iterator is fine
-    EXPECT_THROW(*null_copy, std::logic_error);
+    EXPECT_THROW(*null, std::logic_error);
     EXPECT_THROW(++null, std::logic_error);
+    EXPECT_THROW(PolymorphicConstIterator<int> copy(null), std::logic_error);
 }
 
 TEST(PolymorphicIterator, WritesThroughAndConvertsToConst) {
@@ -92,7 +93,6 @@ TEST(PolymorphicIterator, WritesThroughAndConvertsToConst) {
     EXPECT_EQ(*c, "c");  // the const copy keeps its own position
     EXPECT_TRUE(j == end);
 
-    std::set<int> s = {1};
     std::deque<int> d = {1};
     PolymorphicIterator<int> from_deque = make_polymorphic_iterator<int>(d.begin());
     PolymorphicIterator<int> other_deque = make_polymorphic_iterator<int>(d.end());
@@ -107,6 +107,14 @@ TEST(PolymorphicIterator, WritesThroughAndConvertsToConst) {
         FAIL();
     } catch (const std::runtime_error& e) {
         EXPECT_STREQ(e.what(), "PolymorphicIteratorImpl::equal types mismatch");
+    }
+    try {
+        std::vector<int> v = {1};
+        PolymorphicIterator<int> from_vector = make_polymorphic_iterator<int>(v.begin());
+        (void)(from_vector < from_deque);
+        FAIL();
+    } catch (const std::runtime_error& e) {
+        EXPECT_STREQ(e.what(), "PolymorphicIteratorImpl::distance types mismatch");
     }
 }
 

@@ -148,3 +148,19 @@ TEST(THandle, DeepCopiesMakeNewObjectsInOrder) {
     }
     EXPECT_EQ(Tracked::alive, 0);
 }
+
+namespace {
+struct Link {
+    THandle<Link> next_;
+};
+}  // namespace
+
+TEST(THandle, AssigningFromInsideTheObjectBeingReleased) {
+    // h = h->next_ where h held the last reference to the first link.
+    THandle<Link> h(new Link());
+    h->next_ = THandle<Link>(new Link());
+    Link* second = h->next_.unhand();
+    h = h->next_;
+    EXPECT_EQ(h.unhand(), second);
+    EXPECT_EQ(h.use_count(), 1);
+}

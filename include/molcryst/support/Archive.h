@@ -159,23 +159,19 @@ Archive& operator<<(Archive& ar, const std::vector<T, A>& v) {
     return ar;
 }
 
-/// `int` count, checked; the vector is resized to it and each element read in place.
+/// `int` count, checked; then each element, read in place.
 template <class T, class A>
 Archive& operator>>(Archive& ar, std::vector<T, A>& v) {
     int count = 0;
     ar >> count;
     ar.check_count(count, ArchiveMinSize<T>::value, "element count");
-    if (ar.bytes_left() != SIZE_MAX) {
-        v.resize(static_cast<std::size_t>(count));
-        for (T& element : v) ar >> element;
-    } else {
-        // A stream of unknown length: grow as elements arrive, so that a bad
-        // count costs no more memory than the stream really holds.
-        v.clear();
-        for (int i = 0; i < count; ++i) {
-            v.emplace_back();
-            ar >> v.back();
-        }
+    // Grown as elements arrive rather than resized at once: a bad count that
+    // still fits the file costs no more memory than the elements really read.
+    v.clear();
+    v.reserve(static_cast<std::size_t>(count < 1024 ? count : 1024));
+    for (int i = 0; i < count; ++i) {
+        v.emplace_back();
+        ar >> v.back();
     }
     return ar;
 }

@@ -9,14 +9,15 @@
 
 namespace molcryst {
 
-/// A short text naming a database entry. It is a line of the database's index
-/// file and part of the entry's file name, so it holds at most
-/// `maximum_length_` characters and none of line feed, carriage return, NUL
-/// or "/"; anything else throws std::invalid_argument. Archived as a string.
+/// A short text naming a database entry, archived as a string. Any text is
+/// an identifier: a database looks it up as it stands. Only where an
+/// identifier becomes a line of an index file or part of an entry file name
+/// does the database hold it to `maximum_length_` and refuse line breaks,
+/// slashes and NUL characters.
 class DatabaseEntryIdentifier {
 public:
-    /// Longest identifier accepted: room for any practical entry name while
-    /// keeping entry file names well within what file systems allow.
+    /// Longest identifier a database stores: room for any practical entry
+    /// name while keeping entry file names well within what file systems allow.
     static const int maximum_length_;
 
     DatabaseEntryIdentifier() = default;
@@ -26,7 +27,7 @@ public:
     bool empty() const { return text_.empty(); }
 
     void write(Archive& ar) const;
-    /// Reads and checks an identifier; on failure the identifier is unchanged.
+    /// On failure the identifier is unchanged.
     void read(Archive& ar);
     /// Writes the text alone.
     void print(std::ostream& out) const;

@@ -132,7 +132,8 @@ protected:
 private:
     Derived& derived() { return static_cast<Derived&>(*this); }
     const Derived& derived() const { return static_cast<const Derived&>(*this); }
-    static THandle<Impl> clone_of(const THandle<Impl>& h) { return h.unhand() == nullptr ? h : h->clone(); }
+    // Copying is cloning, and a null iterator cannot be cloned: it goes to null_handle_error.
+    static THandle<Impl> clone_of(const THandle<Impl>& h) { return h->clone(); }
 };
 
 }  // namespace detail
@@ -141,7 +142,11 @@ private:
 template <class T, class I>
 class PolymorphicConstIteratorImpl : public PolymorphicConstIteratorBase<T> {
 public:
-    explicit PolymorphicConstIteratorImpl(const I& i) : i_(i) {}
+    /// Over a random-access sequence; other sequences must give their end.
+    explicit PolymorphicConstIteratorImpl(const I& i) : i_(i) {
+        static_assert(detail::is_random_access<I>::value,
+                      "an iterator without random access needs the end of its sequence");
+    }
     /// With the end of the sequence, so that comparing positions of a
     /// non-random-access sequence never walks past it.
     PolymorphicConstIteratorImpl(const I& i, const I& end) : i_(i), end_(end), has_end_(true) {}
@@ -173,7 +178,7 @@ private:
 };
 
 /// Read-only type-erased iterator yielding `T` by value. A default-constructed
-/// one is null: any operation on it but copying goes to null_handle_error.
+/// one is null: any operation on it, copying included, goes to null_handle_error.
 template <class T>
 class PolymorphicConstIterator
     : public detail::PolymorphicIteratorFacade<PolymorphicConstIterator<T>, PolymorphicConstIteratorBase<T> > {

@@ -28,7 +28,11 @@ public:
 template <class T, class I>
 class PolymorphicIteratorImpl : public PolymorphicIteratorBase<T> {
 public:
-    explicit PolymorphicIteratorImpl(const I& i) : i_(i) {}
+    /// Over a random-access sequence; other sequences must give their end.
+    explicit PolymorphicIteratorImpl(const I& i) : i_(i) {
+        static_assert(detail::is_random_access<I>::value,
+                      "an iterator without random access needs the end of its sequence");
+    }
     PolymorphicIteratorImpl(const I& i, const I& end) : i_(i), end_(end), has_end_(true) {}
 
     T& get() override { return *i_; }
@@ -63,7 +67,7 @@ private:
 };
 
 /// Mutable type-erased iterator yielding `T&`. A default-constructed one is
-/// null: any operation on it but copying goes to null_handle_error.
+/// null: any operation on it, copying included, goes to null_handle_error.
 template <class T>
 class PolymorphicIterator
     : public detail::PolymorphicIteratorFacade<PolymorphicIterator<T>, PolymorphicIteratorBase<T> > {

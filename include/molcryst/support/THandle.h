@@ -76,10 +76,14 @@ public:
         // The test is on the raw object: null to null, and two handles of one
         // object, change nothing.
         if (object_ == other.object_) return *this;
+        // Take the new reference before letting the old object go: `other`
+        // may live inside it (h = h->next_).
+        T* object = other.object_;
+        HandleCommon::UseCount* count = other.count_;
+        if (object != nullptr) ++count->strong_;
         release();
-        object_ = other.object_;
-        count_ = other.count_;
-        if (object_ != nullptr) ++count_->strong_;
+        object_ = object;
+        count_ = count;
         return *this;
     }
 
