@@ -1,0 +1,7 @@
+#include "molcryst/geometry/Solid.h"
+
+namespace molcryst {
+
+Solid::~Solid() = default;
+
+}  // namespace molcryst
