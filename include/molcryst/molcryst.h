@@ -21,6 +21,33 @@
 #include "molcryst/support/BondPredicates.h"
 
 // geometry
+#include "molcryst/geometry/Array.h"
+#include "molcryst/geometry/Vector.h"
+#include "molcryst/geometry/Matrix.h"
+#include "molcryst/geometry/Jacobi.h"
+#include "molcryst/geometry/Point.h"
+#include "molcryst/geometry/Point2d.h"
+#include "molcryst/geometry/Angle.h"
+#include "molcryst/geometry/Uncertainty.h"
+#include "molcryst/geometry/UncertainValue.h"
+#include "molcryst/geometry/Solid.h"
+#include "molcryst/geometry/Box.h"
+#include "molcryst/geometry/Plane.h"
+#include "molcryst/geometry/Slab.h"
+#include "molcryst/geometry/Quaternion.h"
+#include "molcryst/geometry/Ellipsoid.h"
+#include "molcryst/geometry/Rectangle2d.h"
+#include "molcryst/geometry/Transformation.h"
+#include "molcryst/geometry/GeometryFunctions.h"
+#include "molcryst/geometry/CrystalSymmetryOperator.h"
+#include "molcryst/geometry/CrystalSymmetryTransformation.h"
+#include "molcryst/geometry/Spacegroup.h"
+#include "molcryst/geometry/Cell.h"
+#include "molcryst/geometry/TransformedSolid.h"
+#include "molcryst/geometry/FractionalSolid.h"
+#include "molcryst/geometry/OrthogonalSolid.h"
+#include "molcryst/geometry/TransformedSolidComposite.h"
+#include "molcryst/geometry/SymmetryFunctions.h"
 
 // elements
 #include "molcryst/elements/Element.h"
@@ -36,5 +63,7 @@
 #include "molcryst/graph/OrderedGraph.h"
 
 // molecule
+#include "molcryst/molecule/AtomicDisplacementParameters.h"
+#include "molcryst/molecule/Site.h"
 
 #endif
