@@ -168,16 +168,16 @@ int Graph<Tn, Te>::angle_smallest_ring(const Tn& left, const Tn& middle, const T
 
 template <class Tn, class Te>
 bool Graph<Tn, Te>::is_node_cyclic(const Tn& node, int* ringsize) const {
-    typename std::map<Tn, int>::const_iterator cached = node_ring_sizes_.find(node);
-    if (cached != node_ring_sizes_.end()) {
+    typename std::map<Tn, int>::iterator cached = node_ring_sizes_.lower_bound(node);
+    if (cached != node_ring_sizes_.end() && !node_ring_sizes_.key_comp()(node, cached->first)) {
         if (ringsize != nullptr) *ringsize = cached->second;
         return cached->second != 0;
     }
-    if (!has_node(node))
-        throw std::invalid_argument("Graph::node_smallest_ring(T& node, std::set<Tn>& ring):node does not exist");
     detail::RingSearchIndex<Tn>& index = ring_index();
-    const int size = smallest_ring_at_node(index.find(node), nullptr);
-    node_ring_sizes_.insert(std::make_pair(node, size));
+    const int u = index.find(node);  // the index knows exactly the nodes of the graph
+    if (u < 0) throw std::invalid_argument("Graph::node_smallest_ring(T& node, std::set<Tn>& ring):node does not exist");
+    const int size = smallest_ring_at_node(u, nullptr);
+    node_ring_sizes_.emplace_hint(cached, node, size);
     if (ringsize != nullptr) *ringsize = size;
     validate();
     return size != 0;
@@ -310,28 +310,45 @@ void Graph<Tn, Te>::select_rings_from_assembly(std::deque<std::set<Te> >& assemb
                                                std::deque<std::set<Tn> >& rings) const {
     std::stable_sort(assembly.begin(), assembly.end(), CompareSize<Te>());
 
-    std::map<Te, int> edge_use;
+    // For each edge its number of selected rings, and its ends, looked up once.
+    struct Use {
+        int rings;
+        const Edge* ends;
+    };
+    std::map<Te, Use> edge_use;
     std::map<Tn, int> node_count;  // ends of ring edges, each occurrence counting
     for (const std::set<Te>& ring : assembly)
         for (const Te& e : ring) {
-            edge_use.insert(std::make_pair(e, 0));
-            ++node_count[edge_node1(e)];
-            ++node_count[edge_node2(e)];
+            typename std::map<Te, Use>::iterator use = edge_use.lower_bound(e);
+            if (use == edge_use.end() || edge_use.key_comp()(e, use->first)) {
+                typename std::map<Te, Edge>::const_iterator found = edges_.find(e);
+                if (found == edges_.end()) throw std::invalid_argument("Graph::edge_node1:  no edge with specified id");
+                use = edge_use.emplace_hint(use, e, Use{0, &found->second});
+            }
+            ++node_count[use->second.ends->id1()];
+            ++node_count[use->second.ends->id2()];
         }
 
     // Every edge gets a ring, and two if the rings are smaller than 9.
     for (const std::set<Te>& ring : assembly) {
         bool selected = false;
         for (const Te& e : ring) {
-            const int use = edge_use.find(e)->second;
+            const int use = edge_use.find(e)->second.rings;
             if (use < 1 || (use < 2 && ring.size() < 9)) {
                 selected = true;
                 break;
             }
         }
         if (!selected) continue;
-        rings.push_back(edges_to_nodes(ring));
-        for (const Te& e : ring) ++edge_use.find(e)->second;
+        std::set<Tn> nodes;  // edges_to_nodes of the ring
+        for (const Te& e : ring) {
+            Use& use = edge_use.find(e)->second;
+            ++use.rings;
+            nodes.insert(use.ends->id1());
+            nodes.insert(use.ends->id2());
+        }
+        rings.push_back(std::set<Tn>());
+        rings.back().swap(nodes);
     }
 
     // The candidates are only smallest rings through angles; rings they miss
@@ -340,9 +357,10 @@ void Graph<Tn, Te>::select_rings_from_assembly(std::deque<std::set<Te> >& assemb
     Graph<Tn, int> residual;
     std::set<Tn> ends;
     int nresidual = 0;
-    for (typename std::map<Te, int>::const_iterator i = edge_use.begin(); i != edge_use.end(); ++i) {
-        if (i->second >= 2) continue;
-        const Tn n1 = edge_node1(i->first), n2 = edge_node2(i->first);
+    for (typename std::map<Te, Use>::const_iterator i = edge_use.begin(); i != edge_use.end(); ++i) {
+        if (i->second.rings >= 2) continue;
+        const Tn& n1 = i->second.ends->id1();
+        const Tn& n2 = i->second.ends->id2();
         if (node_count[n1] < 3 || node_count[n2] < 3) continue;
         residual.add_edge(nresidual++, n1, n2);
         ends.insert(n1);

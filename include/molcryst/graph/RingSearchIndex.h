@@ -25,7 +25,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <utility>
 #include <vector>
+
+#include "molcryst/graph/EdgeData.h"
 
 namespace molcryst {
 namespace detail {
@@ -53,17 +56,44 @@ public:
     /// are not nodes of the map are left out.
     template <class NodeMap>
     void build(const NodeMap& nodes) {
+        // One walk over the graph's maps, which is what costs at scale: the
+        // neighbours are noted by raw value and numbered afterwards.
         ids_.clear();
+        raws_.clear();
         ids_.reserve(nodes.size());
-        for (typename NodeMap::const_iterator i = nodes.begin(); i != nodes.end(); ++i) ids_.push_back(&i->first);
-        const int n = static_cast<int>(ids_.size());
-        first_.assign(static_cast<std::size_t>(n) + 1, 0);
-        adjacent_.clear();
+        raws_.reserve(nodes.size());
+        first_.assign(nodes.size() + 1, 0);
+        std::vector<Raw> neighbour_raws;
+        std::vector<const Tn*> neighbour_ids;
         int u = 0;
         for (typename NodeMap::const_iterator i = nodes.begin(); i != nodes.end(); ++i, ++u) {
-            first_[u] = static_cast<int>(adjacent_.size());
+            ids_.push_back(&i->first);
+            raws_.push_back(raw_identifier(i->first));
+            first_[u] = static_cast<int>(neighbour_ids.size());
             for (const Tn& neighbour : i->second.neighbours()) {
-                int v = find(neighbour);
+                neighbour_ids.push_back(&neighbour);
+                neighbour_raws.push_back(raw_identifier(neighbour));
+            }
+        }
+        const int n = static_cast<int>(ids_.size());
+        first_[n] = static_cast<int>(neighbour_ids.size());
+        // Handles come in descending raw order and integers in ascending
+        // order; either way lookups can search the raw values, kept together
+        // in memory, instead of the identifiers scattered over the heap.
+        raw_order_ = 0;
+        if (std::is_sorted(raws_.begin(), raws_.end(), std::greater<Raw>()))
+            raw_order_ = -1;
+        else if (std::is_sorted(raws_.begin(), raws_.end()))
+            raw_order_ = 1;
+        // Neighbours that are not nodes (possible only after unsuppress_edge
+        // with an unknown node) are dropped.
+        adjacent_.clear();
+        adjacent_.reserve(neighbour_ids.size());
+        for (u = 0; u < n; ++u) {
+            const int begin = first_[u], end = first_[u + 1];
+            first_[u] = static_cast<int>(adjacent_.size());
+            for (int s = begin; s < end; ++s) {
+                const int v = raw_order_ != 0 ? find_raw(neighbour_raws[s]) : find(*neighbour_ids[s]);
                 if (v >= 0) adjacent_.push_back(v);
             }
         }
@@ -80,6 +110,7 @@ public:
     int nnodes() const { return static_cast<int>(ids_.size()); }
     /// The number of `n`, or -1 when it is not a node.
     int find(const Tn& n) const {
+        if (raw_order_ != 0) return find_raw(raw_identifier(n));
         typename std::vector<const Tn*>::const_iterator found =
             std::lower_bound(ids_.begin(), ids_.end(), &n, [](const Tn* a, const Tn* b) { return std::less<Tn>()(*a, *b); });
         if (found == ids_.end() || std::less<Tn>()(n, **found)) return -1;
@@ -163,6 +194,23 @@ public:
     }
 
 private:
+    typedef decltype(raw_identifier(std::declval<const Tn&>())) Raw;
+
+    // Binary search of the monotone raw values, written without branches on
+    // the comparison: the lookups of a build are unpredictable.
+    int find_raw(Raw raw) const {
+        if (raws_.empty()) return -1;
+        const Raw* base = raws_.data();
+        std::size_t size = raws_.size();
+        while (size > 1) {
+            const std::size_t half = size / 2;
+            const bool before = raw_order_ < 0 ? base[half] > raw : base[half] < raw;
+            base = before || base[half] == raw ? base + half : base;
+            size -= half;
+        }
+        return *base == raw ? static_cast<int>(base - raws_.data()) : -1;
+    }
+
     void next_epoch() {
         if (++epoch_ == 0) {
             std::fill(stamp_.begin(), stamp_.end(), 0u);
@@ -239,6 +287,8 @@ private:
 
     bool valid_ = false;
     std::vector<const Tn*> ids_;    // node identifiers in number order, owned by the graph
+    std::vector<Raw> raws_;         // their raw values
+    int raw_order_ = 0;             // -1 descending, 1 ascending, 0 neither: search ids_
     std::vector<int> first_;        // slots of node u: [first_[u], first_[u + 1])
     std::vector<int> adjacent_;     // slot -> neighbour, ascending within a node
     std::vector<int> block_;        // slot -> block
