@@ -364,6 +364,17 @@ void expect_as_reference(const G& g) {
     std::deque<std::set<HNode> > basic;
     EXPECT_EQ(g.basic_ring_set(basic), static_cast<int>(expected_rings.size()));
     EXPECT_EQ(basic, expected_rings);
+
+    // The public selection on an assembly of every ring found, largest first.
+    std::deque<std::set<HEdge> > assembly, expected_assembly;
+    for (auto r = expected_rings.rbegin(); r != expected_rings.rend(); ++r) assembly.push_back(g.nodes_to_edges(*r));
+    expected_assembly = assembly;
+    rings.assign(1, std::set<HNode>());
+    expected_rings = rings;
+    g.select_rings_from_assembly(assembly, rings);
+    reference::select(g, expected_assembly, expected_rings);
+    EXPECT_EQ(assembly, expected_assembly);
+    EXPECT_EQ(rings, expected_rings);
 }
 
 /// Ring systems grown at random: rings fused on an edge, spiro rings, bridges

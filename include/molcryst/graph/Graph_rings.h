@@ -231,21 +231,111 @@ std::set<Tn> Graph<Tn, Te>::edges_to_nodes(const std::set<Te>& edges) const {
     return result;
 }
 
+/// select_rings_from_assembly on the numbers of a search index, for
+/// ring_assemblies: the same steps, on arrays rather than maps.
+namespace detail {
+
+template <class Tn>
+class RingSelection {
+public:
+    explicit RingSelection(const detail::RingSearchIndex<Tn>& index)
+        : index_(index),
+          edge_use_(static_cast<std::size_t>(index.nslots()), 0),
+          node_count_(static_cast<std::size_t>(index.nnodes()), 0) {}
+
+    /// Appends the chosen rings of the candidates `assembly` (indices into
+    /// `nodes` and `edges`, in assembly order).
+    void select(std::vector<int>& assembly, const std::vector<std::vector<int> >& nodes,
+                const std::vector<std::vector<int> >& edges, std::deque<std::set<Tn> >& rings) {
+        std::stable_sort(assembly.begin(), assembly.end(),
+                         [&edges](int a, int b) { return edges[a].size() < edges[b].size(); });
+        touched_edges_.clear();
+        touched_nodes_.clear();
+        for (int c : assembly)
+            for (int s : edges[c]) {
+                if (edge_use_[s] == 0) touched_edges_.push_back(s);
+                edge_use_[s] = 1;  // 1 + the number of selected rings, while in use here
+                for (int end : {owner(s), index_.target(s)}) {
+                    if (node_count_[end] == 0) touched_nodes_.push_back(end);
+                    ++node_count_[end];
+                }
+            }
+        // Every edge gets a ring, and two if the rings are smaller than 9.
+        for (int c : assembly) {
+            const std::vector<int>& ring = edges[c];
+            bool selected = false;
+            for (int s : ring) {
+                const int use = edge_use_[s] - 1;
+                if (use < 1 || (use < 2 && ring.size() < 9)) {
+                    selected = true;
+                    break;
+                }
+            }
+            if (!selected) continue;
+            for (int s : ring) ++edge_use_[s];
+            rings.push_back(std::set<Tn>());
+            for (int u : nodes[c]) rings.back().insert(rings.back().end(), index_.id(u));
+        }
+        // Rings the angles miss, among the edges short of two rings whose
+        // ends both lie on more than one ring edge.
+        std::vector<std::pair<int, int> > residual_edges;
+        for (int s : touched_edges_)
+            if (edge_use_[s] - 1 < 2 && node_count_[owner(s)] >= 3 && node_count_[index_.target(s)] >= 3)
+                residual_edges.push_back(std::make_pair(owner(s), index_.target(s)));
+        if (residual_edges.size() >= 3) {
+            Graph<Tn, int> residual;
+            std::vector<int> ends;
+            for (std::size_t i = 0; i < residual_edges.size(); ++i) {
+                residual.add_edge(static_cast<int>(i), index_.id(residual_edges[i].first),
+                                  index_.id(residual_edges[i].second));
+                ends.push_back(residual_edges[i].first);
+                ends.push_back(residual_edges[i].second);
+            }
+            std::sort(ends.begin(), ends.end());  // identifier order
+            ends.erase(std::unique(ends.begin(), ends.end()), ends.end());
+            std::set<std::set<Tn> > found;
+            std::set<Tn> ring;
+            for (int u : ends) {
+                const int size = residual.node_smallest_ring(index_.id(u), ring);
+                if (size != 0 && size < 9 && found.insert(ring).second) rings.push_back(ring);
+            }
+        }
+        for (int s : touched_edges_) edge_use_[s] = 0;
+        for (int u : touched_nodes_) node_count_[u] = 0;
+    }
+
+private:
+    int owner(int slot) const { return index_.owner(slot); }
+
+    const detail::RingSearchIndex<Tn>& index_;
+    std::vector<int> edge_use_;    // by slot of the lower end: 0 unused here, else 1 + rings selected
+    std::vector<int> node_count_;  // by node: ends of the assembly's ring edges
+    std::vector<int> touched_edges_, touched_nodes_;
+};
+
+}  // namespace detail
+
 template <class Tn, class Te>
 int Graph<Tn, Te>::ring_assemblies(std::deque<std::set<Tn> >& rings, std::deque<int>& bounds) const {
     rings.clear();
     bounds.clear();
-    std::deque<std::set<Te> > candidates;
-    std::deque<bool> flagged;
+    // The work is done on node and slot numbers of the search index: a ring
+    // is its node numbers, an edge the slot leaving its lower-numbered end.
+    // Numbers follow the order of identifiers, and nothing below depends on
+    // the order of edge identifiers, so the rings and their order are those
+    // of the same steps on identifier sets.
+    detail::RingSearchIndex<Tn>& index = ring_index();
+    const int n = index.nnodes();
 
-    // Candidates: the smallest ring through each angle, as an edge set, unless
-    // it has a chord or is already there. A node set seen once is not judged
-    // again: it gives the same edge set and the same verdict.
+    // Candidates: the smallest ring through each angle, unless it has a chord
+    // or is already there. A node set seen once is not judged again: it has
+    // the same edges and the same verdict.
+    std::vector<std::vector<int> > ring_nodes, ring_edges;
     {
-        detail::RingSearchIndex<Tn>& index = ring_index();
         std::set<std::vector<int> > judged;
-        std::vector<int> members;
-        for (int m = 0; m < index.nnodes(); ++m) {
+        std::vector<int> members, edges;
+        std::vector<char> member(static_cast<std::size_t>(n), 0);
+        for (int m = 0; m < n; ++m) {
             if (index.degree(m) <= 1) continue;
             const int end = index.end_slots(m);
             for (int sp = index.begin_slots(m); sp < end; ++sp) {
@@ -256,50 +346,62 @@ int Graph<Tn, Te>::ring_assemblies(std::deque<std::set<Tn> >& rings, std::deque<
                     if (index.ring_through(m, sp, sq, INT_MAX, &members) == 0) continue;
                     std::sort(members.begin(), members.end());
                     if (!judged.insert(members).second) continue;
-                    std::set<Tn> ring;
-                    for (int k : members) ring.insert(ring.end(), index.id(k));  // numbers follow set order
-                    std::set<Te> edges = nodes_to_edges(ring);
-                    if (edges.size() > ring.size()) continue;  // a chord
-                    candidates.push_back(std::set<Te>());
-                    candidates.back().swap(edges);
-                    flagged.push_back(false);
+                    // The induced edges; more edges than nodes means a chord.
+                    for (int u : members) member[u] = 1;
+                    edges.clear();
+                    for (int u : members)
+                        for (int s = index.begin_slots(u); s < index.end_slots(u); ++s)
+                            if (u < index.target(s) && member[index.target(s)]) edges.push_back(s);
+                    for (int u : members) member[u] = 0;
+                    if (edges.size() > members.size()) continue;
+                    ring_nodes.push_back(members);
+                    ring_edges.push_back(edges);
                 }
             }
         }
     }
-    if (candidates.empty()) return 0;
+    const int ncandidates = static_cast<int>(ring_nodes.size());
+    if (ncandidates == 0) return 0;
 
     // Assemblies: candidates joined through shared edges, gathered breadth
     // first; each step queues the unflagged candidates that share an edge with
     // the one taken, in candidate order. Sharing only a node does not fuse.
-    std::map<Te, std::vector<int> > holders;
-    for (std::size_t i = 0; i < candidates.size(); ++i)
-        for (const Te& e : candidates[i]) holders[e].push_back(static_cast<int>(i));
-    bounds.push_back(0);
-    std::deque<std::set<Te> > assembly;
+    std::vector<int> first_holder(static_cast<std::size_t>(index.nslots()) + 1, 0), holders;
+    for (const std::vector<int>& edges : ring_edges)
+        for (int s : edges) ++first_holder[s + 1];
+    for (int s = 0; s < index.nslots(); ++s) first_holder[s + 1] += first_holder[s];
+    holders.resize(static_cast<std::size_t>(first_holder.back()));
+    {
+        std::vector<int> fill(first_holder.begin(), first_holder.end() - 1);
+        for (int c = 0; c < ncandidates; ++c)
+            for (int s : ring_edges[c]) holders[fill[s]++] = c;
+    }
+    std::vector<char> flagged(static_cast<std::size_t>(ncandidates), 0);
+    std::vector<int> assembly, touching;
     std::deque<int> queue;
-    std::vector<int> touching;
-    for (std::size_t i = 0; i < candidates.size(); ++i) {
+    detail::RingSelection<Tn> selection(index);
+    bounds.push_back(0);
+    for (int i = 0; i < ncandidates; ++i) {
         if (flagged[i]) continue;
-        flagged[i] = true;
+        flagged[i] = 1;
         assembly.clear();
-        queue.push_back(static_cast<int>(i));
+        queue.push_back(i);
         while (!queue.empty()) {
             const int j = queue.front();
             queue.pop_front();
-            assembly.push_back(candidates[j]);
+            assembly.push_back(j);
             touching.clear();
-            for (const Te& e : candidates[j])
-                for (int k : holders.find(e)->second)
-                    if (!flagged[k]) touching.push_back(k);
+            for (int s : ring_edges[j])
+                for (int h = first_holder[s]; h < first_holder[s + 1]; ++h)
+                    if (!flagged[holders[h]]) touching.push_back(holders[h]);
             std::sort(touching.begin(), touching.end());
             touching.erase(std::unique(touching.begin(), touching.end()), touching.end());
             for (int k : touching) {
-                flagged[k] = true;
+                flagged[k] = 1;
                 queue.push_back(k);
             }
         }
-        select_rings_from_assembly(assembly, rings);
+        selection.select(assembly, ring_nodes, ring_edges, rings);
         bounds.push_back(static_cast<int>(rings.size()));
     }
     return static_cast<int>(bounds.size()) - 1;

@@ -119,10 +119,13 @@ public:
     const Tn& id(int u) const { return *ids_[u]; }
 
     int degree(int u) const { return first_[u + 1] - first_[u]; }
+    int nslots() const { return static_cast<int>(adjacent_.size()); }
     int begin_slots(int u) const { return first_[u]; }
     int end_slots(int u) const { return first_[u + 1]; }
     /// The node a slot leads to.
     int target(int slot) const { return adjacent_[slot]; }
+    /// The node a slot leaves.
+    int owner(int slot) const { return owner_[slot]; }
     /// The slot from `u` to `v`, or -1 when they are not adjacent.
     int slot(int u, int v) const {
         std::vector<int>::const_iterator end = adjacent_.begin() + first_[u + 1];
@@ -231,8 +234,9 @@ private:
             int node, next, parent;
         };
         std::vector<Frame> frames;
-        std::vector<int> edges;  // slots, each owned by the node it leaves
-        std::vector<int> owner(adjacent_.size());
+        std::vector<int> edges;  // slots
+        std::vector<int>& owner = owner_;
+        owner.resize(adjacent_.size());
         for (int u = 0; u < n; ++u)
             for (int s = first_[u]; s < first_[u + 1]; ++s) owner[s] = u;
         int clock = 0;
@@ -291,6 +295,7 @@ private:
     int raw_order_ = 0;             // -1 descending, 1 ascending, 0 neither: search ids_
     std::vector<int> first_;        // slots of node u: [first_[u], first_[u + 1])
     std::vector<int> adjacent_;     // slot -> neighbour, ascending within a node
+    std::vector<int> owner_;        // slot -> the node it leaves
     std::vector<int> block_;        // slot -> block
     std::vector<int> block_edges_;  // block -> number of edges
     std::vector<int> block_nodes_;  // block -> number of nodes
