@@ -1,5 +1,6 @@
 #include "molcryst/geometry/Cell.h"
 
+#include <cfloat>
 #include <cmath>
 #include <ostream>
 #include <stdexcept>
@@ -8,7 +9,28 @@
 
 namespace molcryst {
 
-Cell::Cell() : a_axis_(1.0, 0.0, 0.0), b_axis_(0.0, 1.0, 0.0), c_axis_(0.0, 0.0, 1.0) { derive_matrices(); }
+namespace {
+
+// The integer nearest to |d| < 2^51, ties to even, as std::nearbyint gives it
+// in the default rounding mode: adding and taking away 1.5 * 2^52 leaves no
+// bits below the units. The library call would cost more than the rest of
+// the test. Where doubles are evaluated in wider registers the trick fails,
+// and the library does it.
+inline double nearest_integer(double d) {
+#if defined(FLT_EVAL_METHOD) && FLT_EVAL_METHOD == 0
+    const double shift = 6755399441055744.0;
+    return (d + shift) - shift;
+#else
+    return std::nearbyint(d);
+#endif
+}
+
+}  // namespace
+
+Cell::Cell() : a_axis_(1.0, 0.0, 0.0), b_axis_(0.0, 1.0, 0.0), c_axis_(0.0, 0.0, 1.0) {
+    derive_matrices();
+    derive_operator_table();
+}
 
 Cell::Cell(const Vector<double, 3>& a, const Vector<double, 3>& b, const Vector<double, 3>& c,
            const Spacegroup& spacegroup)
@@ -18,6 +40,7 @@ Cell::Cell(const Vector<double, 3>& a, const Vector<double, 3>& b, const Vector<
             "Cell::Cell(const Vector<double,3>&, const Vector<double,3>&, const Vector<double,3>&, const "
             "Spacegroup&) the axes span no volume");
     derive_matrices();
+    derive_operator_table();
 }
 
 Cell::Cell(double a, double b, double c, const Angle& alpha, const Angle& beta, const Angle& gamma,
@@ -41,6 +64,7 @@ Cell::Cell(double a, double b, double c, const Angle& alpha, const Angle& beta, 
     c_axis_ = Vector<double, 3>(c * cb, c * (ca - cb * cg) / sg, c * std::sqrt(v2) / sg);
     if (!spans_volume(a_axis_, b_axis_, c_axis_)) throw std::invalid_argument(message);
     derive_matrices();
+    derive_operator_table();
 }
 
 bool Cell::spans_volume(const Vector<double, 3>& a, const Vector<double, 3>& b, const Vector<double, 3>& c) {
@@ -56,6 +80,15 @@ void Cell::derive_matrices() {
     frac_from_orth_ = orth_from_frac_.inverse();
 }
 
+void Cell::derive_operator_table() {
+    operator_table_.clear();
+    operator_table_.reserve(12 * spacegroup_.operators().size());
+    for (const CrystalSymmetryOperator& op : spacegroup_.operators()) {
+        for (int i = 0; i < 9; ++i) operator_table_.push_back(op.rotation()[i]);
+        for (int i = 0; i < 3; ++i) operator_table_.push_back(op.translation()[i]);
+    }
+}
+
 Angle Cell::alpha() const { return angle(b_axis_, c_axis_, 0.0); }
 Angle Cell::beta() const { return angle(a_axis_, c_axis_, 0.0); }
 Angle Cell::gamma() const { return angle(a_axis_, b_axis_, 0.0); }
@@ -63,20 +96,20 @@ Angle Cell::gamma() const { return angle(a_axis_, b_axis_, 0.0); }
 double Cell::volume() const { return std::fabs(orth_from_frac_.determinant()); }
 
 int Cell::find_relation(const Point& p, const Point& q, double tolerance, Vector<int, 3>& lattice) const {
-    const std::vector<CrystalSymmetryOperator>& operators = spacegroup_.operators();
-    const int n = static_cast<int>(operators.size());
-    for (int k = 0; k < n; ++k) {
-        const Matrix<int, 3, 3>& r = operators[static_cast<std::size_t>(k)].rotation();
-        const Vector<double, 3>& t = operators[static_cast<std::size_t>(k)].translation();
+    const int n = static_cast<int>(operator_table_.size() / 12);
+    const double* op = operator_table_.data();
+    for (int k = 0; k < n; ++k, op += 12) {
         // Component by component, so that most operators are rejected on x.
+        // The image is R p + t evaluated as CrystalSymmetryOperator::apply does.
         int i = 0;
         for (; i < 3; ++i) {
-            const double image = r(i, 0) * p[0] + r(i, 1) * p[1] + r(i, 2) * p[2] + t[i];
+            const double* r = op + 3 * i;
+            const double image = r[0] * p[0] + r[1] * p[1] + r[2] * p[2] + op[9 + i];
             const double d = q[i] - image;
             // Beyond 1e9 the points are no lattice translation apart that an
             // int could hold; NaN fails here too.
             if (!(std::fabs(d) < 1e9)) break;
-            const double whole = std::nearbyint(d);
+            const double whole = nearest_integer(d);
             if (!(std::fabs(d - whole) < tolerance)) break;
             lattice[i] = static_cast<int>(whole);
         }
@@ -125,6 +158,7 @@ void Cell::read(Archive& ar) {
     c_axis_ = c;
     derive_matrices();
     spacegroup_ = spacegroup;
+    derive_operator_table();
 }
 
 bool operator==(const Cell& a, const Cell& b) {

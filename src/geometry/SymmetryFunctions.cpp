@@ -109,11 +109,25 @@ std::vector<CrystalSymmetryTransformation> find_symmetry_transformations(const C
     if (fractional.empty()) return result;
     const Box box = solid.fractional_box(cell);
     const bool all = condition == SymmetryFunctions::AllIncluded;
+    const std::vector<CrystalSymmetryOperator>& operators = cell.spacegroup().operators();
     std::vector<Point> images(fractional.size());
-    for (const CrystalSymmetryOperator& op : cell.spacegroup().operators()) {
+    // First the ranges of every operator, to allocate the result once for
+    // the common case in which most candidates pass; the reservation is
+    // bounded, since a thin region may reject most of them.
+    std::vector<TranslationRange> ranges;
+    ranges.reserve(operators.size());
+    long long total = 0;
+    for (const CrystalSymmetryOperator& op : operators) {
         for (std::size_t k = 0; k < fractional.size(); ++k) images[k] = op.apply(fractional[k]);
-        const TranslationRange range = find_translation(images, box);
+        ranges.push_back(find_translation(images, box));
+        total += ranges.back().count();
+    }
+    result.reserve(static_cast<std::size_t>(std::min(total, 1LL << 16)));
+    for (std::size_t o = 0; o < operators.size(); ++o) {
+        const CrystalSymmetryOperator& op = operators[o];
+        const TranslationRange& range = ranges[o];
         if (range.empty()) continue;
+        for (std::size_t k = 0; k < fractional.size(); ++k) images[k] = op.apply(fractional[k]);
         for (int x = range.lower[0]; x <= range.upper[0]; ++x) {
             for (int y = range.lower[1]; y <= range.upper[1]; ++y) {
                 for (int z = range.lower[2]; z <= range.upper[2]; ++z) {
@@ -149,10 +163,22 @@ std::vector<CrystalSymmetryTransformation> find_symmetry_transformations(const C
         corners[c] = Point((c & 1) ? source.maximum()[0] : source.minimum()[0],
                            (c & 2) ? source.maximum()[1] : source.minimum()[1],
                            (c & 4) ? source.maximum()[2] : source.minimum()[2]);
-    Point images[8];
-    for (const CrystalSymmetryOperator& op : cell.spacegroup().operators()) {
+    // First the ranges of every operator, so that the result is allocated
+    // once: without AllIncluded every translation in them is a result.
+    const std::vector<CrystalSymmetryOperator>& operators = cell.spacegroup().operators();
+    std::vector<TranslationRange> ranges;
+    ranges.reserve(operators.size());
+    long long total = 0;
+    for (const CrystalSymmetryOperator& op : operators) {
         const Box image = transform_box(Matrix<double, 3, 3>(op.rotation()), op.translation(), source);
-        const TranslationRange range = find_translation(image, target);
+        ranges.push_back(find_translation(image, target));
+        total += ranges.back().count();
+    }
+    if (!all) result.reserve(static_cast<std::size_t>(total));
+    Point images[8];
+    for (std::size_t k = 0; k < operators.size(); ++k) {
+        const CrystalSymmetryOperator& op = operators[k];
+        const TranslationRange& range = ranges[k];
         if (range.empty()) continue;
         if (all)
             for (int c = 0; c < 8; ++c) images[c] = op.apply(corners[c]);

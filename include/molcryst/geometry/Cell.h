@@ -88,6 +88,7 @@ private:
     int find_relation(const Point& p, const Point& q, double tolerance, Vector<int, 3>& lattice) const;
     static bool spans_volume(const Vector<double, 3>& a, const Vector<double, 3>& b, const Vector<double, 3>& c);
     void derive_matrices();
+    void derive_operator_table();
 
     Vector<double, 3> a_axis_;
     Vector<double, 3> b_axis_;
@@ -95,6 +96,10 @@ private:
     Matrix<double, 3, 3> orth_from_frac_;
     Matrix<double, 3, 3> frac_from_orth_;
     Spacegroup spacegroup_;
+    // Each operator as twelve doubles, rotation row by row and translation,
+    // in the spacegroup's order: the relation search reads them without
+    // converting integers.
+    std::vector<double> operator_table_;
 };
 
 typedef THandle<Cell> HCell;
