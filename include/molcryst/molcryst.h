@@ -61,8 +61,18 @@
 #include "molcryst/graph/Graph.h"
 #include "molcryst/graph/Graph_rings.h"
 #include "molcryst/graph/OrderedGraph.h"
+#include "molcryst/graph/ChemicalGraph.h"
 
 // molecule
+#include "molcryst/molecule/BondType.h"
+#include "molcryst/molecule/Atom.h"
+#include "molcryst/molecule/Bond.h"
+#include "molcryst/molecule/AtomInGraph.h"
+#include "molcryst/molecule/BondInGraph.h"
+#include "molcryst/molecule/Atom3d.h"
+#include "molcryst/molecule/ProteinAtom.h"
+#include "molcryst/molecule/Bond3d.h"
+#include "molcryst/molecule/BondData.h"
 #include "molcryst/molecule/AtomicDisplacementParameters.h"
 #include "molcryst/molecule/Site.h"
 
