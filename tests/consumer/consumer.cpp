@@ -9,7 +9,7 @@
 using namespace molcryst;
 
 namespace {
-struct Atom {
+struct Centre {
     std::string label_;
     std::string label() const { return label_; }
 };
@@ -23,7 +23,7 @@ void check(bool ok, const char* what) {
 }  // namespace
 
 int main() {
-    THandle<Atom> a(new Atom{"C1"}), b(new Atom{"N1"}), c(new Atom{"O1"});
+    THandle<Centre> a(new Centre{"C1"}), b(new Centre{"N1"}), c(new Centre{"O1"});
     check(a.use_count() == 1, "handle count");
 
     Archive ar = Archive::temporary();
@@ -34,17 +34,17 @@ int main() {
     ar >> text >> numbers;
     check(text == "entry" && numbers.size() == 3, "archive round trip");
 
-    IndexedTable<THandle<Atom> > table;
+    IndexedTable<THandle<Centre> > table;
     table.add(a);
     table.add(b);
     table.remove_value(a);
     check(table.index(b) == 0, "indexed table repair");
-    check(AtomLabelPredicate<THandle<Atom> >("N1")(b), "atom predicate");
+    check(AtomLabelPredicate<THandle<Centre> >("N1")(b), "atom predicate");
 
-    Graph<THandle<Atom>, int> graph;
+    Graph<THandle<Centre>, int> graph;
     graph.add_edge(1, a, b);
     graph.add_edge(2, b, c);
-    std::vector<THandle<Atom> > path;
+    std::vector<THandle<Centre> > path;
     check(graph.shortest_path(a, c, path) && path.size() == 3, "graph shortest path");
     try {
         graph.add_edge(1, a, c);
