@@ -324,16 +324,17 @@ int assemblies(const Graph<Tn, Te>& g, std::deque<std::set<Tn> >& rings, std::de
 namespace {
 
 /// Every search of `g` against the reference, for every node, edge and angle.
-void expect_as_reference(const G& g) {
-    std::set<HNode> ring, expected;
+template <class Tn, class Te>
+void expect_as_reference(const Graph<Tn, Te>& g) {
+    std::set<Tn> ring, expected;
     for (const auto& entry : g.nodes()) {
-        const HNode& n = entry.first;
+        const Tn& n = entry.first;
         ASSERT_EQ(g.node_smallest_ring(n, ring), reference::node(g, n, expected));
         ASSERT_EQ(ring, expected);
         int size = -1;
         EXPECT_EQ(g.is_node_cyclic(n, &size), !expected.empty());
         EXPECT_EQ(size, static_cast<int>(expected.size()));
-        std::vector<HNode> nb = reference::neighbours(g, n);
+        std::vector<Tn> nb = reference::neighbours(g, n);
         if (nb.size() == 2) {
             ASSERT_EQ(g.node2_smallest_ring(n, ring), reference::node2(g, n, expected));
             ASSERT_EQ(ring, expected);
@@ -345,7 +346,7 @@ void expect_as_reference(const G& g) {
             }
     }
     for (const auto& entry : g.edges()) {
-        const HNode a = entry.second.id1(), b = entry.second.id2();
+        const Tn a = entry.second.id1(), b = entry.second.id2();
         ASSERT_EQ(g.edge_smallest_ring(a, b, ring), reference::edge(g, a, b, expected));
         ASSERT_EQ(ring, expected);
         ASSERT_EQ(g.edge_smallest_ring(b, a, ring), reference::edge(g, b, a, expected));
@@ -356,20 +357,20 @@ void expect_as_reference(const G& g) {
         EXPECT_EQ(g.is_edge_cyclic(entry.first, nullptr), reference::edge_cyclic(g, a, b));
         EXPECT_EQ(g.is_edge_cyclic(b, a, nullptr), !expected.empty());
     }
-    std::deque<std::set<HNode> > rings, expected_rings;
+    std::deque<std::set<Tn> > rings, expected_rings;
     std::deque<int> bounds, expected_bounds;
     ASSERT_EQ(g.ring_assemblies(rings, bounds), reference::assemblies(g, expected_rings, expected_bounds));
     EXPECT_EQ(rings, expected_rings);
     EXPECT_EQ(bounds, expected_bounds);
-    std::deque<std::set<HNode> > basic;
+    std::deque<std::set<Tn> > basic;
     EXPECT_EQ(g.basic_ring_set(basic), static_cast<int>(expected_rings.size()));
     EXPECT_EQ(basic, expected_rings);
 
     // The public selection on an assembly of every ring found, largest first.
-    std::deque<std::set<HEdge> > assembly, expected_assembly;
+    std::deque<std::set<Te> > assembly, expected_assembly;
     for (auto r = expected_rings.rbegin(); r != expected_rings.rend(); ++r) assembly.push_back(g.nodes_to_edges(*r));
     expected_assembly = assembly;
-    rings.assign(1, std::set<HNode>());
+    rings.assign(1, std::set<Tn>());
     expected_rings = rings;
     g.select_rings_from_assembly(assembly, rings);
     reference::select(g, expected_assembly, expected_rings);
@@ -710,6 +711,41 @@ TEST(GraphRings, AgreeWithThePlainMethodOnRandomGraphs) {
         if (HasFatalFailure()) return;
     }
     EXPECT_GT(reference::residual_rings_found, residual_before);
+}
+
+namespace {
+
+// Identifiers ordered otherwise than by their raw values, so that the search
+// index cannot look them up by raw value and takes its general path.
+struct Key {
+    int value;
+    bool operator<(const Key& other) const {
+        return value % 7 != other.value % 7 ? value % 7 < other.value % 7 : value > other.value;
+    }
+    bool operator==(const Key& other) const { return value == other.value; }
+    bool operator!=(const Key& other) const { return value != other.value; }
+};
+long long raw_identifier(const Key& k) { return k.value; }
+
+}  // namespace
+
+template <>
+struct std::hash<Key> {
+    std::size_t operator()(const Key& k) const { return std::hash<int>()(k.value); }
+};
+
+TEST(GraphRings, IdentifiersOrderedOtherwiseThanByValue) {
+    std::mt19937 rng(99);
+    for (unsigned int seed = 1; seed <= 20; ++seed) {
+        SCOPED_TRACE("graph " + std::to_string(seed));
+        int count = 0;
+        EdgeList edges = seed % 2 == 0 ? random_polycycle(rng, 4, count) : random_wheel(rng, count);
+        Graph<Key, int> g;
+        for (std::size_t i = 0; i < edges.size(); ++i)
+            g.add_edge(static_cast<int>(i), Key{edges[i].first * 3}, Key{edges[i].second * 3});
+        expect_as_reference(g);
+        if (HasFatalFailure()) return;
+    }
 }
 
 TEST(GraphRings, SearchesSeeEdgesSuppressedByTheCaller) {

@@ -63,8 +63,10 @@ public:
         ids_.reserve(nodes.size());
         raws_.reserve(nodes.size());
         first_.assign(nodes.size() + 1, 0);
-        std::vector<Raw> neighbour_raws;
-        std::vector<const Tn*> neighbour_ids;
+        std::vector<Raw>& neighbour_raws = neighbour_raws_;
+        std::vector<const Tn*>& neighbour_ids = neighbour_ids_;
+        neighbour_raws.clear();
+        neighbour_ids.clear();
         int u = 0;
         for (typename NodeMap::const_iterator i = nodes.begin(); i != nodes.end(); ++i, ++u) {
             ids_.push_back(&i->first);
@@ -93,7 +95,7 @@ public:
             const int begin = first_[u], end = first_[u + 1];
             first_[u] = static_cast<int>(adjacent_.size());
             for (int s = begin; s < end; ++s) {
-                const int v = raw_order_ != 0 ? find_raw(neighbour_raws[s]) : find(*neighbour_ids[s]);
+                const int v = raw_order_ != 0 ? find_raw_near(neighbour_raws[s], u) : find(*neighbour_ids[s]);
                 if (v >= 0) adjacent_.push_back(v);
             }
         }
@@ -214,6 +216,40 @@ private:
         return *base == raw ? static_cast<int>(base - raws_.data()) : -1;
     }
 
+    // The same, searching outwards from `hint` first: neighbours tend to
+    // have been made together, and so to lie close in address and number.
+    int find_raw_near(Raw raw, int hint) const {
+        const int n = static_cast<int>(raws_.size());
+        auto before = [this, raw](int i) { return raw_order_ < 0 ? raws_[i] > raw : raws_[i] < raw; };
+        // Gallop from the hint to bracket the first place not before raw in
+        // [low, high], high being that place or n, then halve the bracket.
+        int low, high;
+        int known = hint, step = 1;
+        if (before(hint)) {
+            while (known + step < n && before(known + step)) {
+                known += step;
+                step *= 2;
+            }
+            low = known + 1;
+            high = std::min(n, known + step);
+        } else {
+            while (known - step >= 0 && !before(known - step)) {
+                known -= step;
+                step *= 2;
+            }
+            low = std::max(0, known - step + 1);
+            high = known;
+        }
+        while (low < high) {
+            const int middle = low + (high - low) / 2;
+            if (before(middle))
+                low = middle + 1;
+            else
+                high = middle;
+        }
+        return low < n && raws_[low] == raw ? low : -1;
+    }
+
     void next_epoch() {
         if (++epoch_ == 0) {
             std::fill(stamp_.begin(), stamp_.end(), 0u);
@@ -292,6 +328,8 @@ private:
     bool valid_ = false;
     std::vector<const Tn*> ids_;    // node identifiers in number order, owned by the graph
     std::vector<Raw> raws_;         // their raw values
+    std::vector<Raw> neighbour_raws_;         // build scratch, kept for its capacity
+    std::vector<const Tn*> neighbour_ids_;    // likewise
     int raw_order_ = 0;             // -1 descending, 1 ascending, 0 neither: search ids_
     std::vector<int> first_;        // slots of node u: [first_[u], first_[u + 1])
     std::vector<int> adjacent_;     // slot -> neighbour, ascending within a node
