@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/ArchiveBytes.h"
+
 #include <array>
 #include <cctype>
 #include <cmath>
@@ -17,6 +19,8 @@
 #include "molcryst/support/StringFunctions.h"
 
 using namespace molcryst;
+using molcryst::testing::archive_of;
+using molcryst::testing::bytes_of;
 
 namespace {
 
@@ -32,22 +36,6 @@ std::string message_of(F f) {
     }
     ADD_FAILURE() << "no exception thrown";
     return std::string();
-}
-
-std::vector<unsigned char> bytes_of(Archive& ar) {
-    ar.rewind();
-    std::vector<unsigned char> out;
-    int c;
-    while ((c = std::fgetc(ar.file())) != EOF) out.push_back(static_cast<unsigned char>(c));
-    ar.rewind();
-    return out;
-}
-
-Archive archive_of(const std::vector<unsigned char>& bytes) {
-    Archive ar = Archive::temporary();
-    if (!bytes.empty()) ar.write_bytes(bytes.data(), bytes.size());
-    ar.rewind();
-    return ar;
 }
 
 // What a name lookup means, written as plainly as possible: the codes scanned

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/ArchiveBytes.h"
+
 #include <unistd.h>
 
 #include <cstdio>
@@ -17,17 +19,10 @@
 #include "molcryst/support/VersionedArchive.h"
 
 using namespace molcryst;
+using molcryst::testing::archive_of;
+using molcryst::testing::bytes_of;
 
 namespace {
-
-std::vector<unsigned char> bytes_of(Archive& ar) {
-    ar.rewind();
-    std::vector<unsigned char> out;
-    int c;
-    while ((c = std::fgetc(ar.file())) != EOF) out.push_back(static_cast<unsigned char>(c));
-    ar.rewind();
-    return out;
-}
 
 std::vector<unsigned char> le32(int v) {
     unsigned int u = static_cast<unsigned int>(v);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/ArchiveBytes.h"
+
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -13,24 +15,10 @@
 #include <unistd.h>
 
 using namespace molcryst;
+using molcryst::testing::archive_of;
+using molcryst::testing::bytes_of;
 
 namespace {
-
-std::vector<unsigned char> bytes_of(Archive& ar) {
-    ar.rewind();
-    std::vector<unsigned char> out;
-    int c;
-    while ((c = std::fgetc(ar.file())) != EOF) out.push_back(static_cast<unsigned char>(c));
-    ar.rewind();
-    return out;
-}
-
-Archive archive_of(const std::vector<unsigned char>& bytes) {
-    Archive ar = Archive::temporary();
-    if (!bytes.empty()) ar.write_bytes(bytes.data(), bytes.size());
-    ar.rewind();
-    return ar;
-}
 
 // A small archivable record: a label, a list of numbers and an optional child.
 struct Record {
