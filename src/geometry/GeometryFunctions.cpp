@@ -42,7 +42,9 @@ Angle torsion_angle(const Vector<double, 3>& b1, const Vector<double, 3>& b2, co
     if (!(n1.length() >= tolerance * l1 * l2) || !(n2.length() >= tolerance * l2 * l3) || n1.length() == 0.0 ||
         n2.length() == 0.0)
         return Angle();
-    return Angle::atan2(l2 * b1.dot(n2), n1.dot(n2));
+    const Angle t = Angle::atan2(l2 * b1.dot(n2), n1.dot(n2));
+    // A trans chain whose sine comes out as -0 would read -180 degrees.
+    return t.radians() <= -pi ? Angle::from_radians(pi) : t;
 }
 
 Angle torsion_angle(const Point& a, const Point& b, const Point& c, const Point& d, double tolerance) {

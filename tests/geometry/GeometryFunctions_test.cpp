@@ -17,7 +17,8 @@ TEST(GeometryFunctions, TorsionSignFollowsTheCrystallographicConvention) {
     EXPECT_NEAR(torsion_angle(a, b, c, Point(0, 1, 1)).degrees(), 90.0, 1e-12);
     EXPECT_NEAR(torsion_angle(a, b, c, Point(0, -1, 1)).degrees(), -90.0, 1e-12);
     EXPECT_NEAR(torsion_angle(a, b, c, Point(1, 0, 1)).degrees(), 0.0, 1e-12);     // cis
-    EXPECT_NEAR(torsion_angle(a, b, c, Point(-1, 0, 1)).degrees(), 180.0, 1e-12);  // trans
+    EXPECT_EQ(torsion_angle(a, b, c, Point(-1, 0, 1)).degrees(), 180.0);  // trans
+    EXPECT_EQ(torsion_angle(Point(-1, 0, 0), b, c, Point(1, 0, 1)).degrees(), 180.0);
     // Reversing the chain keeps the sign; mirroring it flips it.
     EXPECT_NEAR(torsion_angle(Point(0, 1, 1), c, b, a).degrees(), 90.0, 1e-12);
     EXPECT_NEAR(torsion_angle(Point(-1, 0, 0), b, c, Point(0, 1, 1)).degrees(), -90.0, 1e-12);

@@ -65,6 +65,13 @@ TEST(Vector, ArithmeticLengthsAndStrictEquals) {
     const Point q = d;
     EXPECT_EQ(q, Point(0, 1, 2));
     EXPECT_DOUBLE_EQ(distance(p, Point(1, 2, 5)), 2.0);
+
+    // Sorting and matching point lists.
+    EXPECT_TRUE(PointCompareXYZ()(Point(0, 5, 5), Point(1, 0, 0)));
+    EXPECT_TRUE(PointCompareXYZ()(Point(1, 0, 5), Point(1, 1, 0)));
+    EXPECT_FALSE(PointCompareXYZ()(Point(1, 1, 0), Point(1, 1, 0)));
+    EXPECT_TRUE(PointEqualsPredicate(Point(1, 1, 1), 1e-7)(Point(1 + 0.9e-7, 1 - 0.9e-7, 1)));
+    EXPECT_FALSE(PointEqualsPredicate(Point(1, 1, 1), 1e-7)(Point(1, 1, 1 + 1.1e-7)));
 }
 
 TEST(Matrix, RowsCountFromOneAndElementsFromZero) {

@@ -28,7 +28,7 @@ public:
     static Angle acos(double c);
     /// The angle whose sine is `s`, `s` clamped to [-1, 1].
     static Angle asin(double s);
-    /// The angle of the point (x, y) from the x axis, in (-180, 180] degrees.
+    /// The angle of the point (x, y) from the x axis, in [-180, 180] degrees.
     static Angle atan2(double y, double x);
 
     double degrees() const;

@@ -33,6 +33,27 @@ inline double distance(const Point& a, const Point& b) {
     return std::sqrt(dx * dx + dy * dy + dz * dz);
 }
 
+/// Lexicographic order on x, then y, then z: the order of sorted point lists.
+struct PointCompareXYZ {
+    bool operator()(const Point& a, const Point& b) const {
+        if (a[0] != b[0]) return a[0] < b[0];
+        if (a[1] != b[1]) return a[1] < b[1];
+        return a[2] < b[2];
+    }
+};
+
+/// True for the points that `equals` the given one within the tolerance:
+/// every component strictly closer. For std::find_if over point lists.
+class PointEqualsPredicate {
+public:
+    PointEqualsPredicate(const Point& p, double tolerance) : p_(p), tolerance_(tolerance) {}
+    bool operator()(const Point& q) const { return equals(p_, q, tolerance_); }
+
+private:
+    Point p_;
+    double tolerance_;
+};
+
 }  // namespace molcryst
 
 #endif
