@@ -231,10 +231,10 @@ std::set<Tn> Graph<Tn, Te>::edges_to_nodes(const std::set<Te>& edges) const {
     return result;
 }
 
-/// select_rings_from_assembly on the numbers of a search index, for
-/// ring_assemblies: the same steps, on arrays rather than maps.
 namespace detail {
 
+/// select_rings_from_assembly on the numbers of a search index, for
+/// ring_assemblies: the same steps, on arrays rather than maps.
 template <class Tn>
 class RingSelection {
 public:
