@@ -5,11 +5,14 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <deque>
 #include <cmath>
 #include <functional>
 #include <iterator>
 #include <list>
+#include <map>
 #include <random>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -540,6 +543,38 @@ TEST(GraphRings, BenzeneAndNaphthalene) {
     int size = -1;
     EXPECT_TRUE(naph.g.is_edge_cyclic(naph.n[5], naph.n[4], &size));
     EXPECT_EQ(size, 6);
+}
+
+TEST(GraphRings, FusedSheets) {
+    // `rows` strips of `columns` hexagons on a brick-wall lattice: 1 x 3 is
+    // anthracene, 2 x 2 pyrene, 3 x 3 a sheet with inner nodes on three rings.
+    for (const auto& shape : std::vector<std::pair<int, int> >{{1, 3}, {2, 2}, {3, 3}}) {
+        std::map<std::pair<int, int>, int> number;
+        auto id = [&number](int i, int j) { return number.emplace(std::make_pair(i, j), number.size()).first->second; };
+        std::set<std::pair<int, int> > edges;
+        auto link = [&edges](int a, int b) { edges.insert({std::min(a, b), std::max(a, b)}); };
+        for (int i = 0; i < shape.first; ++i)
+            for (int k = 0; k < shape.second; ++k) {
+                const int j = i % 2 + 2 * k;
+                for (int row : {i, i + 1}) {
+                    link(id(row, j), id(row, j + 1));
+                    link(id(row, j + 1), id(row, j + 2));
+                }
+                link(id(i, j), id(i + 1, j));
+                link(id(i, j + 2), id(i + 1, j + 2));
+            }
+        Molecule m(static_cast<int>(number.size()), EdgeList(edges.begin(), edges.end()), 15);
+        std::deque<std::set<HNode> > rings;
+        std::deque<int> bounds;
+        EXPECT_EQ(m.g.ring_assemblies(rings, bounds), 1);
+        EXPECT_EQ(sizes(rings), std::vector<int>(static_cast<std::size_t>(shape.first * shape.second), 6));
+        for (const HNode& n : m.n) {
+            int size = 0;
+            EXPECT_TRUE(m.g.is_node_cyclic(n, &size));
+            EXPECT_EQ(size, 6);
+        }
+        expect_as_reference(m.g);
+    }
 }
 
 TEST(GraphRings, SpiroAndChainLinkedRingsAreSeparateAssemblies) {
