@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "molcryst/graph/ChemicalGraphMembership.h"
 #include "molcryst/graph/OrderedGraph.h"
 #include "molcryst/support/THandle.h"
 #include "molcryst/support/TransformingIterator.h"
@@ -20,8 +21,15 @@ namespace molcryst {
 /// The graph and self handles of an atom `A` whose bonds are `B`; both null
 /// while the atom is free. The graph operations of a free atom throw.
 template <class A, class B>
-class ChemicalGraphAtomData {
+class ChemicalGraphAtomData : public ChemicalGraphMembership<ChemicalGraphAtomData<A, B>, A, OrderedGraph<THandle<A>, THandle<B> > > {
+    typedef ChemicalGraphMembership<ChemicalGraphAtomData<A, B>, A, OrderedGraph<THandle<A>, THandle<B> > > Membership;
+    using Membership::checked;
+    using Membership::self_;
+    using Membership::graph_;
+
 public:
+    static const char* class_name() { return "ChemicalGraphAtomData<AtomType, BondType>"; }
+
     typedef THandle<A> HAtomType;
     typedef THandle<B> HBondType;
     typedef OrderedGraph<HAtomType, HBondType> GraphType;
@@ -40,26 +48,6 @@ public:
     };
     typedef TransformingIterator<NeighbourIterator, OtherAtomToBond, HBondType> BondIterator;
 
-    ChemicalGraphAtomData() = default;
-    /// Membership is never copied: a copy is free.
-    ChemicalGraphAtomData(const ChemicalGraphAtomData&) {}
-    ChemicalGraphAtomData& operator=(const ChemicalGraphAtomData&) { return *this; }
-
-    /// The only writer of the two handles, which must be both null or both set.
-    void set_graph(const THandle<GraphType>& graph, const HAtomType& self) {
-        if (graph.unhand() != nullptr && self.unhand() == nullptr)
-            throw std::invalid_argument(
-                "ChemicalGraphAtomData<AtomType, BondType>::set_graphgraph is non-zero: self cannot be zero");
-        if (graph.unhand() == nullptr && self.unhand() != nullptr)
-            throw std::invalid_argument(
-                "ChemicalGraphAtomData<AtomType, BondType>::set_graphgraph is zero: self cannot be non-zero");
-        // Copies first: the handles being replaced may be the last ones keeping
-        // the arguments alive.
-        THandle<GraphType> new_graph(graph);
-        HAtomType new_self(self);
-        graph_ = new_graph;
-        self_ = new_self;
-    }
 
     int index() const { return checked("index").node_index(self_); }
     int nbonds() const { return checked("nbonds").degree_node(self_); }
@@ -102,27 +90,6 @@ public:
         std::advance(n, i);
         return g.edge(self_, *n);
     }
-
-    HAtomType self() const {
-        if (self_.unhand() == nullptr)
-            throw std::runtime_error(
-                "ChemicalGraphAtomData<AtomType, BondType>::self No pointer available - this atom is not in a graph");
-        return self_;
-    }
-    /// The graph, null while free.
-    const THandle<GraphType>& graph() const { return graph_; }
-    bool is_in_connectivity() const { return graph_.unhand() != nullptr; }
-
-private:
-    const GraphType& checked(const char* name) const {
-        if (graph_.unhand() == nullptr)
-            throw std::runtime_error(std::string("ChemicalGraphAtomData<AtomType, BondType>::") + name +
-                                     " cannot work when graph_ == 0");
-        return *graph_;
-    }
-
-    THandle<GraphType> graph_;
-    HAtomType self_;
 };
 
 }  // namespace molcryst

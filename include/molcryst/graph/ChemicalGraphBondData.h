@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "molcryst/graph/ChemicalGraphMembership.h"
 #include "molcryst/graph/OrderedGraph.h"
 #include "molcryst/support/THandle.h"
 
@@ -14,30 +15,18 @@ namespace molcryst {
 /// The graph and self handles of a bond `B` between atoms `A`; both null
 /// while the bond is free. The graph operations of a free bond throw.
 template <class A, class B>
-class ChemicalGraphBondData {
+class ChemicalGraphBondData : public ChemicalGraphMembership<ChemicalGraphBondData<A, B>, B, OrderedGraph<THandle<A>, THandle<B> > > {
+    typedef ChemicalGraphMembership<ChemicalGraphBondData<A, B>, B, OrderedGraph<THandle<A>, THandle<B> > > Membership;
+    using Membership::checked;
+    using Membership::self_;
+    using Membership::graph_;
+
 public:
+    static const char* class_name() { return "ChemicalGraphBondData<AtomType, BondType>"; }
+
     typedef THandle<A> HAtomType;
     typedef THandle<B> HBondType;
     typedef OrderedGraph<HAtomType, HBondType> GraphType;
-
-    ChemicalGraphBondData() = default;
-    /// Membership is never copied: a copy is free.
-    ChemicalGraphBondData(const ChemicalGraphBondData&) {}
-    ChemicalGraphBondData& operator=(const ChemicalGraphBondData&) { return *this; }
-
-    /// The only writer of the two handles, which must be both null or both set.
-    void set_graph(const THandle<GraphType>& graph, const HBondType& self) {
-        if (graph.unhand() != nullptr && self.unhand() == nullptr)
-            throw std::invalid_argument(
-                "ChemicalGraphBondData<AtomType, BondType>::set_graphgraph is non-zero: self cannot be zero");
-        if (graph.unhand() == nullptr && self.unhand() != nullptr)
-            throw std::invalid_argument(
-                "ChemicalGraphBondData<AtomType, BondType>::set_graphgraph is zero: self cannot be non-zero");
-        THandle<GraphType> new_graph(graph);
-        HBondType new_self(self);
-        graph_ = new_graph;
-        self_ = new_self;
-    }
 
     /// The ends in the order given when the bond was added.
     HAtomType atom1() const { return checked("atom1").edge_node1(self_); }
@@ -62,26 +51,6 @@ public:
         throw std::invalid_argument(
             "ChemicalGraphBondData<AtomType, BondType>::other_atom(HAtomType) atom is not in this bond");
     }
-
-    HBondType self() const {
-        if (self_.unhand() == nullptr)
-            throw std::runtime_error(
-                "ChemicalGraphBondData<AtomType, BondType>::self No pointer available - this atom is not in a graph");
-        return self_;
-    }
-    const THandle<GraphType>& graph() const { return graph_; }
-    bool is_in_connectivity() const { return graph_.unhand() != nullptr; }
-
-private:
-    const GraphType& checked(const char* name) const {
-        if (graph_.unhand() == nullptr)
-            throw std::runtime_error(std::string("ChemicalGraphBondData<AtomType, BondType>::") + name +
-                                     " cannot work when graph_ == 0");
-        return *graph_;
-    }
-
-    THandle<GraphType> graph_;
-    HBondType self_;
 };
 
 }  // namespace molcryst
