@@ -75,5 +75,13 @@
 #include "molcryst/molecule/BondData.h"
 #include "molcryst/molecule/AtomicDisplacementParameters.h"
 #include "molcryst/molecule/Site.h"
+#include "molcryst/molecule/AtomTyper.h"
+#include "molcryst/molecule/SybylAtomTyper.h"
+#include "molcryst/molecule/Molecule.h"
+#include "molcryst/molecule/MoleculeGraphImpl.h"
+#include "molcryst/molecule/MoleculeGraphEditableImpl.h"
+#include "molcryst/molecule/Molecule3d.h"
+#include "molcryst/molecule/ChemicalCreationInterface.h"
+#include "molcryst/molecule/Molecule3dCreator.h"
 
 #endif

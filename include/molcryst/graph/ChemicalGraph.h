@@ -196,6 +196,10 @@ public:
         graph_->clear();
     }
 
+    /// Gives the atoms new indices: `atoms` lists every atom of the graph
+    /// exactly once, in the new order. Bonds keep their indices and ends.
+    void reorder_atoms(const std::vector<HAtomType>& atoms) { graph_->reorder_nodes(atoms); }
+
     int natoms() const { return static_cast<int>(graph_->nnodes()); }
     int nbonds() const { return static_cast<int>(graph_->nedges()); }
 

@@ -103,6 +103,13 @@ public:
         edges_table_.clear();
     }
 
+    /// Gives the nodes new indices: `nodes` must list every node of the graph
+    /// exactly once, in the new order. Edges and their indices stay.
+    void reorder_nodes(const std::vector<Tn>& nodes) {
+        nodes_table_.clear();
+        for (const Tn& n : nodes) nodes_table_.add(n);
+    }
+
     unsigned int nnodes() const { return nodes_table_.size(); }
     unsigned int nedges() const { return edges_table_.size(); }
 

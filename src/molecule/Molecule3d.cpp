@@ -1,0 +1,204 @@
+#include "molcryst/molecule/Molecule3d.h"
+
+#include <set>
+#include <stdexcept>
+#include <utility>
+
+#include "molcryst/molecule/Atom3d.h"
+#include "molcryst/molecule/Bond3d.h"
+#include "molcryst/molecule/Site.h"
+#include "molcryst/support/TARNLog.h"
+#include "molcryst/support/VersionedArchive.h"
+
+namespace molcryst {
+
+Molecule3d::Molecule3d() { MOLCRYST_DEBUG_LINE(3, "Entered Molecule3d::Molecule3d() - " << this); }
+
+Molecule3d::Molecule3d(Archive& ar) {
+    MOLCRYST_DEBUG_LINE(3, "Entered Molecule3d::Molecule3d(Archive& ar) - " << this);
+    read(ar);
+}
+
+Molecule3d::Molecule3d(const Molecule3d& x) : MoleculeGraphEditableImpl(x) {
+    MOLCRYST_DEBUG_LINE(3, "Entered Molecule3d::Molecule3d(const Molecule3d& x) - " << this);
+    copy(x);
+}
+
+Molecule3d::Molecule3d(const Molecule& x) {
+    set_atom_typer(x.atom_typer());
+    copy(x);
+}
+
+Molecule3d::Molecule3d(const OrderedGraph<HAtom, HBond>& g) { add_graph(g); }
+
+Molecule3d::Molecule3d(const Hvector_HAtom& atoms, const Hvector_HBondData& bonds) {
+    MOLCRYST_DEBUG_LINE(3, "Entered Molecule3d::Molecule3d(" << ", atoms " << atoms->size() << ", bonds "
+                                                            << bonds->size() << "- " << this);
+    assign(atoms, bonds);
+}
+
+Molecule3d::~Molecule3d() { MOLCRYST_DEBUG_LINE(3, "Entered Molecule3d::~Molecule3d() - " << this); }
+
+Molecule3d& Molecule3d::operator=(const Molecule3d& x) {
+    if (this == &x) return *this;
+    Molecule::operator=(x);
+    copy(x);
+    return *this;
+}
+
+HMolecule Molecule3d::clone() const { return HMolecule(new Molecule3d(*this)); }
+
+void Molecule3d::copy(const Molecule& x) {
+    if (&x == this) return;
+    clear();
+    const int n = x.natoms();
+    for (int i = 0; i < n; ++i) add(HAtom(new Atom3d(*x.atom(i))));
+    const int m = x.nbonds();
+    for (int i = 0; i < m; ++i) {
+        HBond b = x.bond(i);
+        add(HBond(new Bond3d(*b)), b->atom1()->index(), b->atom2()->index());
+    }
+}
+
+void Molecule3d::assign(const Hvector_HAtom& atoms, const Hvector_HBondData& bonds) {
+    clear();
+    for (const HAtom& a : *atoms) add(a);
+    for (const THandle<BondData>& b : *bonds) add(HBond(new Bond3d(b->type())), atom(b->atom1()), atom(b->atom2()));
+}
+
+Hvector_HMolecule Molecule3d::split() const {
+    Molecule3d copy_of_this(*this);
+    return copy_of_this.inplace_split();
+}
+
+Hvector_HMolecule Molecule3d::inplace_split() {
+    THandle<std::vector<HMoleculeGraph> > parts = graph_.inplace_split();
+    clear();
+    Hvector_HMolecule molecules(new std::vector<HMolecule>());
+    molecules->reserve(parts->size());
+    for (const HMoleculeGraph& part : *parts) {
+        Molecule3d* m = new Molecule3d(*part);
+        HMolecule held(m);
+        m->set_atom_typer(atom_typer());
+        molecules->push_back(held);
+    }
+    return molecules;
+}
+
+bool Molecule3d::archivable() { return true; }
+
+void Molecule3d::write(Archive& ar) const {
+    const int n = natoms();
+    ar << n;
+    for (int i = 0; i < n; ++i) ar << atom(i);
+    const int m = nbonds();
+    ar << m;
+    for (int i = 0; i < m; ++i) BondData(*bond(i)).write(ar);
+    ar << std::string("        ");  // reserved name
+}
+
+namespace {
+
+// Atoms, each as a new Atom3d read from the archive, whatever was written.
+Hvector_HAtom read_atoms(Archive& ar) {
+    Archive::Field field(ar, "Molecule3d::read atoms");
+    int count = 0;
+    ar >> count;
+    ar.check_count(count, 1, "atom count");
+    Hvector_HAtom atoms(new std::vector<HAtom>());
+    for (int i = 0; i < count; ++i) {
+        HAtom a(new Atom3d());
+        a->read(ar);
+        atoms->push_back(a);
+    }
+    return atoms;
+}
+
+// Bonds by atom indices; each must join two different atoms that exist, and
+// no pair may be joined twice, or the file is corrupt.
+Hvector_HBondData read_bonds(Archive& ar, std::size_t natoms) {
+    Archive::Field field(ar, "Molecule3d::read bonds");
+    Hvector_HBondData bonds(new std::vector<THandle<BondData> >());
+    ar >> *bonds;
+    std::set<std::pair<int, int> > pairs;
+    for (const THandle<BondData>& b : *bonds) {
+        const int a1 = b->atom1(), a2 = b->atom2();
+        if (a1 < 0 || a2 < 0 || static_cast<std::size_t>(a1) >= natoms || static_cast<std::size_t>(a2) >= natoms)
+            ar.read_error("bond between atoms " + std::to_string(a1) + " and " + std::to_string(a2) + " of " +
+                          std::to_string(natoms));
+        if (a1 == a2) ar.read_error("bond from atom " + std::to_string(a1) + " to itself");
+        if (!pairs.insert(std::make_pair(std::min(a1, a2), std::max(a1, a2))).second)
+            ar.read_error("atoms " + std::to_string(a1) + " and " + std::to_string(a2) + " bonded twice");
+    }
+    return bonds;
+}
+
+}  // namespace
+
+void Molecule3d::read(Archive& ar) {
+    if (VersionedArchive::is_versioned(ar) && VersionedArchive::version(ar) <= 1) {
+        read_v1_format(ar, *this);
+        return;
+    }
+    // Everything is read before the molecule changes: a failed read leaves it as it was.
+    Hvector_HAtom atoms = read_atoms(ar);
+    Hvector_HBondData bonds = read_bonds(ar, atoms->size());
+    std::string reserved_name;
+    {
+        Archive::Field field(ar, "Molecule3d::read name");
+        ar >> reserved_name;
+    }
+    assign(atoms, bonds);
+}
+
+void Molecule3d::read_v1_format(Archive& ar, Molecule& molecule) {
+    Hvector_HAtom atoms = read_atoms(ar);
+    Hvector_HBondData bonds = read_bonds(ar, atoms->size());
+    {
+        Archive::Field field(ar, "Molecule3d::read_v1_format alternative sites");
+        int lists = 0;
+        ar >> lists;
+        ar.check_count(lists, 4, "site list count");
+        for (int k = 0; k < lists; ++k) {
+            int count = 0;
+            ar >> count;
+            ar.check_count(count, 1, "site count");
+            for (int s = 0; s < count; ++s) {
+                HSite site(new Site());
+                site->read(ar);
+                // The first site of each list is the atom's; the alternatives are dropped.
+                if (s == 0 && static_cast<std::size_t>(k) < atoms->size()) (*atoms)[static_cast<std::size_t>(k)]->set_site(site);
+            }
+        }
+    }
+    {
+        Archive::Field field(ar, "Molecule3d::read_v1_format index lists");
+        int lists = 0;
+        ar >> lists;
+        ar.check_count(lists, 4, "index list count");
+        for (int k = 0; k < lists; ++k) {
+            int count = 0;
+            ar >> count;
+            ar.check_count(count, 4, "index count");
+            for (int i = 0; i < count; ++i) {
+                int discarded = 0;
+                ar >> discarded;
+            }
+        }
+    }
+    {
+        Archive::Field field(ar, "Molecule3d::read_v1_format trailing fields");
+        int discarded_int = 0;
+        std::string discarded_string;
+        bool discarded_bool = false;
+        ar >> discarded_int >> discarded_string >> discarded_bool;
+    }
+    // The atoms join a temporary molecule, are freed from it, and move in.
+    Molecule3d temporary(atoms, bonds);
+    HMoleculeGraph g = temporary.graph();
+    temporary.clear();
+    molecule.clear();
+    molecule.add_graph(*g);
+}
+
+}  // namespace molcryst
