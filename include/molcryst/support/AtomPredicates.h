@@ -1,7 +1,7 @@
 // Function objects that select atoms, for std::find_if, std::count_if and
 // the removal of atoms from molecules. Each is a template on the handle type,
 // so that it serves molecule atoms and connectivity atoms alike: it needs
-// only `label()`, `element()` (with `atomic_number()` and `code()`),
+// only `label()`, `element()` (with `atomic_number()`, `code()`, `non_metal()`),
 // `has_site()`, `nbonds()`, `begin_bonds()`/`end_bonds()` and, on bonds,
 // `atom1()`, `atom2()` and `type()`.
 // A null handle given to any of them goes to HandleCommon::null_handle_error.
@@ -64,6 +64,13 @@ public:
 
 private:
     int code_;
+};
+
+/// True for an atom that is not a non-metal; the pseudo-elements count as
+/// metals here, as they do for bonds.
+template <class H>
+struct AtomMetalPredicate {
+    bool operator()(const H& atom) const { return !atom->element().non_metal(); }
 };
 
 /// True for an atom with a site.
