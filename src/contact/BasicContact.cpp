@@ -30,14 +30,20 @@ void print_end(std::ostream& os, int atom, const std::vector<int>& group) {
 }  // namespace
 
 BasicContact::BasicContact(int from, int to)
-    : atom_from_(from), group_from_(1, from), sorted_from_(1, from), atom_to_(to), group_to_(1, to), sorted_to_(1, to) {}
+    : atom_from_(from),
+      group_from_(1, from),
+      sorted_from_(1, from),
+      atom_to_(to),
+      group_to_(1, to),
+      sorted_to_(1, to) {}
 
 BasicContact::BasicContact(int from, int to, double strength) : BasicContact(from, to) {
     strength_ = strength;
     has_strength_ = true;
 }
 
-BasicContact::BasicContact(int from, const std::vector<int>& group_from, int to, const std::vector<int>& group_to)
+BasicContact::BasicContact(int from, const std::vector<int>& group_from, int to,
+                           const std::vector<int>& group_to)
     : atom_from_(from),
       group_from_(group_from),
       sorted_from_(sorted_copy(group_from)),
@@ -45,8 +51,8 @@ BasicContact::BasicContact(int from, const std::vector<int>& group_from, int to,
       group_to_(group_to),
       sorted_to_(sorted_copy(group_to)) {}
 
-BasicContact::BasicContact(int from, const std::vector<int>& group_from, int to, const std::vector<int>& group_to,
-                           double strength)
+BasicContact::BasicContact(int from, const std::vector<int>& group_from, int to,
+                           const std::vector<int>& group_to, double strength)
     : BasicContact(from, group_from, to, group_to) {
     strength_ = strength;
     has_strength_ = true;
@@ -55,7 +61,8 @@ BasicContact::BasicContact(int from, const std::vector<int>& group_from, int to,
 BasicContact::~BasicContact() {}
 
 double BasicContact::strength() const {
-    if (!has_strength_) throw std::runtime_error("BasicContact - attempt to access unset contact strength");
+    if (!has_strength_)
+        throw std::runtime_error("BasicContact - attempt to access unset contact strength");
     return strength_;
 }
 

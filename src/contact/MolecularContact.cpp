@@ -68,15 +68,24 @@ MolecularContact::MolecularContact(HMolecule m1, int from, HMolecule m2, int to,
                                    NonBondType type)
     : BasicContact(from, to, strength), molecule_from_(m1), molecule_to_(m2), type_(type) {}
 
-MolecularContact::MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from, HMolecule m2,
-                                   int to, const std::vector<int>& group_to, NonBondType type)
-    : BasicContact(from, group_from, to, group_to), molecule_from_(m1), molecule_to_(m2), type_(type) {}
+MolecularContact::MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from,
+                                   HMolecule m2, int to, const std::vector<int>& group_to,
+                                   NonBondType type)
+    : BasicContact(from, group_from, to, group_to),
+      molecule_from_(m1),
+      molecule_to_(m2),
+      type_(type) {}
 
-MolecularContact::MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from, HMolecule m2,
-                                   int to, const std::vector<int>& group_to, double strength, NonBondType type)
-    : BasicContact(from, group_from, to, group_to, strength), molecule_from_(m1), molecule_to_(m2), type_(type) {}
+MolecularContact::MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from,
+                                   HMolecule m2, int to, const std::vector<int>& group_to,
+                                   double strength, NonBondType type)
+    : BasicContact(from, group_from, to, group_to, strength),
+      molecule_from_(m1),
+      molecule_to_(m2),
+      type_(type) {}
 
-MolecularContact::MolecularContact(const BasicContact& contact, HMolecule m1, HMolecule m2, NonBondType type)
+MolecularContact::MolecularContact(const BasicContact& contact, HMolecule m1, HMolecule m2,
+                                   NonBondType type)
     : BasicContact(contact), molecule_from_(m1), molecule_to_(m2), type_(type) {}
 
 MolecularContact::~MolecularContact() {}
@@ -97,7 +106,8 @@ void MolecularContact::print(std::ostream& os) const {
     os << (intermolecular() ? "Intermolecular contact between" : "Intramolecular contact between");
     os << " Molecule " << static_cast<const void*>(molecule_from_.unhand()) << " ";
     print_end(os, *molecule_from_, atom_from(), group_from(), "group [");
-    os << " and " << " Molecule " << static_cast<const void*>(molecule_to_.unhand()) << " ";
+    os << " and "
+       << " Molecule " << static_cast<const void*>(molecule_to_.unhand()) << " ";
     print_end(os, *molecule_to_, atom_to(), group_to(), "group ");
     if (has_strength()) os << "  Strength: " << strength();
     os << "\n";
@@ -128,35 +138,45 @@ bool operator==(const MolecularContact& a, const MolecularContact& b) {
     const bool b_inter = b.intermolecular();
     if (a_inter != b_inter) return same_molecule(a.molecule_from(), b.molecule_from());
     if (!a_inter) return false;  // intramolecular contacts are never folded together
-    const bool in_place = same_molecule(a.molecule_from(), b.molecule_from()) &&
-                          same_molecule(a.molecule_to(), b.molecule_to()) && a.atom_from() == b.atom_from() &&
-                          a.atom_to() == b.atom_to() && (a.atom_from() != -1 || a.sorted_from() == b.sorted_from()) &&
-                          (a.atom_to() != -1 || a.sorted_to() == b.sorted_to());
+    // Indices before molecules: the molecule comparison walks every atom. Both
+    // molecules of each contact were dereferenced above, so the order changes
+    // no result.
+    const bool in_place = a.atom_from() == b.atom_from() && a.atom_to() == b.atom_to() &&
+                          (a.atom_from() != -1 || a.sorted_from() == b.sorted_from()) &&
+                          (a.atom_to() != -1 || a.sorted_to() == b.sorted_to()) &&
+                          same_molecule(a.molecule_from(), b.molecule_from()) &&
+                          same_molecule(a.molecule_to(), b.molecule_to());
     if (in_place) return true;
-    return same_molecule(a.molecule_from(), b.molecule_to()) && same_molecule(a.molecule_to(), b.molecule_from()) &&
-           a.atom_from() == b.atom_to() && a.atom_to() == b.atom_from() &&
+    return a.atom_from() == b.atom_to() && a.atom_to() == b.atom_from() &&
            (a.atom_from() != -1 || a.sorted_from() == b.sorted_to()) &&
-           (a.atom_to() != -1 || a.sorted_to() == b.sorted_from());
+           (a.atom_to() != -1 || a.sorted_to() == b.sorted_from()) &&
+           same_molecule(a.molecule_from(), b.molecule_to()) &&
+           same_molecule(a.molecule_to(), b.molecule_from());
 }
 
 bool contacts_between_same_groups(const MolecularContact& a, const MolecularContact& b) {
-    if (same_molecule(a.molecule_from(), b.molecule_from()) && same_molecule(a.molecule_to(), b.molecule_to())) {
+    if (same_molecule(a.molecule_from(), b.molecule_from()) &&
+        same_molecule(a.molecule_to(), b.molecule_to())) {
         if (same_molecule(a.molecule_from(), a.molecule_to()))
             return same_groups_in_place(a, b) || same_groups_crosswise(a, b);
         return same_groups_in_place(a, b);
     }
-    if (same_molecule(a.molecule_from(), b.molecule_to()) && same_molecule(a.molecule_to(), b.molecule_from()))
+    if (same_molecule(a.molecule_from(), b.molecule_to()) &&
+        same_molecule(a.molecule_to(), b.molecule_from()))
         return same_groups_crosswise(a, b);
     return false;
 }
 
-bool is_symmetry_related(const Cell& cell, const MolecularContact& a, const MolecularContact& b, double tolerance) {
+bool is_symmetry_related(const Cell& cell, const MolecularContact& a, const MolecularContact& b,
+                         double tolerance) {
     const Point p1 = frac_of(a.molecule_from(), a.atom_from());
     const Point p2 = frac_of(a.molecule_to(), a.atom_to());
     const Point q1 = frac_of(b.molecule_from(), b.atom_from());
     const Point q2 = frac_of(b.molecule_to(), b.atom_to());
-    return (cell.is_symmetry_related(p1, q1, tolerance) && cell.is_symmetry_related(p2, q2, tolerance)) ||
-           (cell.is_symmetry_related(p1, q2, tolerance) && cell.is_symmetry_related(p2, q1, tolerance));
+    return (cell.is_symmetry_related(p1, q1, tolerance) &&
+            cell.is_symmetry_related(p2, q2, tolerance)) ||
+           (cell.is_symmetry_related(p1, q2, tolerance) &&
+            cell.is_symmetry_related(p2, q1, tolerance));
 }
 
 bool equivalent_contacts(const MolecularContact& a, const MolecularContact& b, double tolerance) {

@@ -30,9 +30,10 @@ public:
     /// Two single atoms with a strength.
     BasicContact(int from, int to, double strength);
     /// Two ends with their groups; an anchor of -1 makes the end a group.
-    BasicContact(int from, const std::vector<int>& group_from, int to, const std::vector<int>& group_to);
-    BasicContact(int from, const std::vector<int>& group_from, int to, const std::vector<int>& group_to,
-                 double strength);
+    BasicContact(int from, const std::vector<int>& group_from, int to,
+                 const std::vector<int>& group_to);
+    BasicContact(int from, const std::vector<int>& group_from, int to,
+                 const std::vector<int>& group_to, double strength);
     BasicContact(const BasicContact& other) = default;
     BasicContact& operator=(const BasicContact& other) = default;
 

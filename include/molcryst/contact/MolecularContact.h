@@ -33,11 +33,12 @@ public:
     /// Anchor atoms 0 and 0, null molecules, type 0: to be filled by read.
     MolecularContact();
     MolecularContact(HMolecule m1, int from, HMolecule m2, int to, NonBondType type);
-    MolecularContact(HMolecule m1, int from, HMolecule m2, int to, double strength, NonBondType type);
-    MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from, HMolecule m2, int to,
-                     const std::vector<int>& group_to, NonBondType type);
-    MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from, HMolecule m2, int to,
-                     const std::vector<int>& group_to, double strength, NonBondType type);
+    MolecularContact(HMolecule m1, int from, HMolecule m2, int to, double strength,
+                     NonBondType type);
+    MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from, HMolecule m2,
+                     int to, const std::vector<int>& group_to, NonBondType type);
+    MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from, HMolecule m2,
+                     int to, const std::vector<int>& group_to, double strength, NonBondType type);
     /// The record of `contact` between the atoms of `m1` and `m2`.
     MolecularContact(const BasicContact& contact, HMolecule m1, HMolecule m2, NonBondType type);
     MolecularContact(const MolecularContact& other) = default;
