@@ -19,7 +19,9 @@ std::vector<int> first_indices(int n) {
     return indices;
 }
 
-[[noreturn]] void selection_error(const std::string& problem) {
+// A bad selection is the caller's error, or a corrupt file when it was read.
+[[noreturn]] void selection_error(const Archive* ar, const std::string& problem) {
+    if (ar != nullptr) ar->read_error(problem);
     throw std::invalid_argument("MoleculeSubset::create_atoms_and_bonds(atoms, bonds) " + problem);
 }
 
@@ -33,12 +35,14 @@ MoleculeSubset::MoleculeSubset(const HMolecule& parent) : parent_(parent) {
 }
 
 MoleculeSubset::MoleculeSubset(const MoleculeSubset& x) : MoleculeGraphImpl(x), parent_(x.parent_) {
-    rebuild(parent_, x.current_atom_selection(), x.current_bond_selection());
+    const std::vector<int> atoms = x.current_atom_selection();
+    rebuild(parent_, atoms, x.current_bond_selection());
 }
 
 MoleculeSubset& MoleculeSubset::operator=(const MoleculeSubset& x) {
     if (this == &x) return *this;
-    rebuild(x.parent_, x.current_atom_selection(), x.current_bond_selection());
+    const std::vector<int> atoms = x.current_atom_selection();
+    rebuild(x.parent_, atoms, x.current_bond_selection());
     Molecule::operator=(x);
     return *this;
 }
@@ -47,11 +51,15 @@ MoleculeSubset::~MoleculeSubset() {}
 
 HMolecule MoleculeSubset::clone() const { return HMolecule(new MoleculeSubset(*this)); }
 
-HMolecule MoleculeSubset::create_molecule() const { return HMolecule(new Molecule3d(static_cast<const Molecule&>(*this))); }
+HMolecule MoleculeSubset::create_molecule() const {
+    return HMolecule(new Molecule3d(static_cast<const Molecule&>(*this)));
+}
 
 Hvector_HMolecule MoleculeSubset::split() const { return create_molecule()->inplace_split(); }
 
-void MoleculeSubset::select_all() { rebuild(parent_, first_indices(parent_->natoms()), first_indices(parent_->nbonds())); }
+void MoleculeSubset::select_all() {
+    rebuild(parent_, first_indices(parent_->natoms()), first_indices(parent_->nbonds()));
+}
 
 void MoleculeSubset::select_3d() { select_atom_indices(parent_->atoms_with_sites()); }
 
@@ -83,7 +91,8 @@ void MoleculeSubset::create_atoms_and_bonds(const std::vector<int>& atoms, const
     rebuild(parent_, atoms, bonds);
 }
 
-void MoleculeSubset::rebuild(const HMolecule& parent, const std::vector<int>& atoms, const std::vector<int>& bonds) {
+void MoleculeSubset::rebuild(const HMolecule& parent, const std::vector<int>& atoms, const std::vector<int>& bonds,
+                             const Archive* ar) {
     // Everything is looked up and checked first; the graph changes only then.
     std::vector<HAtom> parent_atoms;
     parent_atoms.reserve(atoms.size());
@@ -98,7 +107,7 @@ void MoleculeSubset::rebuild(const HMolecule& parent, const std::vector<int>& at
     std::sort(here.begin(), here.end());
     for (std::size_t k = 1; k < here.size(); ++k)
         if (here[k].first == here[k - 1].first)
-            selection_error("atom " + std::to_string(here[k].first) + " is selected twice");
+            selection_error(ar, "atom " + std::to_string(here[k].first) + " is selected twice");
 
     auto index_here = [&here](int parent_index) {
         auto found = std::lower_bound(here.begin(), here.end(), std::make_pair(parent_index, -1));
@@ -113,7 +122,7 @@ void MoleculeSubset::rebuild(const HMolecule& parent, const std::vector<int>& at
         const int end1 = index_here(bond->atom1()->index());
         const int end2 = index_here(bond->atom2()->index());
         if (end1 == -1 || end2 == -1 || end1 == end2)
-            selection_error("bond " + std::to_string(b) + " joins an atom that is not selected");
+            selection_error(ar, "bond " + std::to_string(b) + " joins an atom that is not selected");
         parent_bonds.push_back(bond);
         ends.push_back(std::make_pair(end1, end2));
     }
@@ -121,7 +130,7 @@ void MoleculeSubset::rebuild(const HMolecule& parent, const std::vector<int>& at
     std::sort(sorted_bonds.begin(), sorted_bonds.end());
     for (std::size_t k = 1; k < sorted_bonds.size(); ++k)
         if (sorted_bonds[k] == sorted_bonds[k - 1])
-            selection_error("bond " + std::to_string(sorted_bonds[k]) + " is selected twice");
+            selection_error(ar, "bond " + std::to_string(sorted_bonds[k]) + " is selected twice");
 
     parent_ = parent;
     graph_.clear();
@@ -199,11 +208,7 @@ void MoleculeSubset::read(Archive& ar) {
     for (int b : bonds)
         if (b < 0 || b >= m)
             ar.read_error("bond index " + std::to_string(b) + " outside the parent's " + std::to_string(m) + " bonds");
-    try {
-        rebuild(parent_, atoms, bonds);
-    } catch (const std::invalid_argument& e) {
-        ar.read_error(e.what());
-    }
+    rebuild(parent_, atoms, bonds, &ar);
 }
 
 }  // namespace molcryst

@@ -87,8 +87,9 @@ public:
 
 private:
     /// Checks the selection against `parent`, then replaces the view; throws
-    /// before changing anything.
-    void rebuild(const HMolecule& parent, const std::vector<int>& atoms, const std::vector<int>& bonds);
+    /// before changing anything. With `ar`, a bad selection is a read error of it.
+    void rebuild(const HMolecule& parent, const std::vector<int>& atoms, const std::vector<int>& bonds,
+                 const Archive* ar = nullptr);
 
     HMolecule parent_;  // never null
 };
