@@ -66,37 +66,29 @@ TEST(ProxyAtom, ForwardsChemistryAndRefusesEverySetter) {
     EXPECT_EQ(held->label(), "N7");
 }
 
-TEST(ProxyAtom, ShowsOneAtomInTwoGraphsWithItsOwnPosition) {
-    ChemicalGraph<Atom, Bond> first, second;
-    HAtom c(new Atom3d(Element::C, "C1", HSite()));
-    HAtom o(new Atom3d(Element::O, "O1", HSite()));
+TEST(ProxyAtom, ClonesAreProxiesOfTheSameParentInNoGraph) {
+    ChemicalGraph<Atom, Bond> parents, proxies;
+    HAtom c(new Atom3d(Element::C, "C1", HSite())), o(new Atom3d(Element::O, "O1", HSite()));
     HBond co(new Bond3d(DOUBLE_BOND));
-    first.add(HAtom(new Atom3d(Element::H, "H1", HSite())));
-    first.add(co, c, o);
-    // The parent stays in its graph; the proxies make a graph of their own.
+    parents.add(co, c, o);
+    // The parents stay in their graph while their proxies join another.
     HAtom pc(new ProxyAtom(c)), po(new ProxyAtom(o));
     HBond pco(new ProxyBond(co));
-    second.add(po);
-    second.add(pco, pc, po);
-    EXPECT_EQ(c->index(), 1);
+    proxies.add(po);
+    proxies.add(pco, pc, po);
+    EXPECT_EQ(c->index(), 0);
     EXPECT_EQ(pc->index(), 1);
-    EXPECT_EQ(po->index(), 0);
-    EXPECT_EQ(pco->atom1(), pc);
-    EXPECT_EQ(pco->type(), DOUBLE_BOND);
-    EXPECT_EQ(pc->neighbours().front(), po);
-    EXPECT_EQ(c->neighbours().front(), o);
 
-    // A clone is a proxy of the same parent, in no graph.
     HAtom copy = pc->clone();
-    ASSERT_NE(dynamic_cast<ProxyAtom*>(copy.unhand()), nullptr);
     EXPECT_EQ(dynamic_cast<ProxyAtom&>(*copy).parent_atom(), c);
     EXPECT_EQ(error_text<std::runtime_error>([&] { copy->index(); }),
               "ChemicalGraphAtomData<AtomType, BondType>::index cannot work when graph_ == 0");
     HBond bond_copy = pco->clone();
     EXPECT_EQ(dynamic_cast<ProxyBond&>(*bond_copy).parent_bond(), co);
-    EXPECT_FALSE(second.has_bond(bond_copy));
+    EXPECT_FALSE(proxies.has_bond(bond_copy));
 
-    // A bond seen through a proxy still refuses a new type; its parent doesn't.
+    // A bond seen through a proxy refuses a new type; its parent takes one,
+    // and the proxy shows it.
     EXPECT_EQ(error_text<std::runtime_error>([&] { pco->set_type(SINGLE_BOND); }),
               "Bond::set_type Cannot modify this bond");
     co->set_type(TRIPLE_BOND);
