@@ -1,0 +1,370 @@
+// Test helpers: a builder of molecules by atom label, and a set of small
+// molecules with realistic geometry (bond lengths in Angstrom, valence angles
+// as in real structures), hydrogens included.
+//
+// Bonds are written as a string of tokens "A-B", one per bond, where the
+// sign gives the type: '-' single, '=' double, '#' triple, ':' aromatic,
+// '~' unknown. Molecules are built with the bond orders a chemist would
+// draw; `with_all_bonds` turns them into the same molecule without bond
+// orders.
+#ifndef MOLCRYST_TESTS_MOLECULE_TESTMOLECULES_H
+#define MOLCRYST_TESTS_MOLECULE_TESTMOLECULES_H
+
+#include <cmath>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+#include "molcryst/geometry/Point.h"
+#include "molcryst/molecule/Atom3d.h"
+#include "molcryst/molecule/Bond3d.h"
+#include "molcryst/molecule/Molecule3d.h"
+#include "molcryst/molecule/Site.h"
+
+namespace molcryst {
+namespace testing {
+
+/// The index of the atom labelled `label`; std::invalid_argument if none is.
+inline int atom_index(const Molecule& m, const std::string& label) {
+    for (int i = 0; i < m.natoms(); ++i)
+        if (m.atom(i)->label() == label) return i;
+    throw std::invalid_argument("no atom labelled " + label);
+}
+
+/// The atom labelled `label`.
+inline HAtom atom_labelled(const Molecule& m, const std::string& label) { return m.atom(atom_index(m, label)); }
+
+/// The bond between the atoms labelled `label1` and `label2`.
+inline HBond bond_between(const Molecule& m, const std::string& label1, const std::string& label2) {
+    HBond b = m.bond(atom_labelled(m, label1), atom_labelled(m, label2));
+    if (b.unhand() == nullptr) throw std::invalid_argument("no bond " + label1 + "-" + label2);
+    return b;
+}
+
+/// Builds a Molecule3d atom by atom, bonds named by the labels of their ends.
+class MoleculeBuilder {
+public:
+    MoleculeBuilder() : molecule_(new Molecule3d()) {}
+
+    /// An atom at an orthogonal position.
+    MoleculeBuilder& atom(const char* element, const std::string& label, double x, double y, double z) {
+        molecule_->add(HAtom(new Atom3d(Element(element), label, HSite(new Site(Point(x, y, z))))));
+        return *this;
+    }
+    /// An atom without a site.
+    MoleculeBuilder& atom(const char* element, const std::string& label) {
+        molecule_->add(HAtom(new Atom3d(Element(element), label, HSite())));
+        return *this;
+    }
+    MoleculeBuilder& bond(const std::string& label1, const std::string& label2, BondType type = SINGLE_BOND) {
+        molecule_->add(HBond(new Bond3d(type)), atom_index(*molecule_, label1), atom_index(*molecule_, label2));
+        return *this;
+    }
+    /// Space-separated tokens "A-B", "A=B", "A#B", "A:B", "A~B".
+    MoleculeBuilder& bonds(const std::string& tokens) {
+        std::istringstream in(tokens);
+        std::string token;
+        while (in >> token) {
+            const size_t at = token.find_first_of("-=#:~");
+            if (at == std::string::npos || at == 0 || at + 1 == token.size())
+                throw std::invalid_argument("bad bond token " + token);
+            BondType type = UNKNOWN_BOND;
+            switch (token[at]) {
+                case '-': type = SINGLE_BOND; break;
+                case '=': type = DOUBLE_BOND; break;
+                case '#': type = TRIPLE_BOND; break;
+                case ':': type = AROMATIC_BOND; break;
+                default: break;
+            }
+            bond(token.substr(0, at), token.substr(at + 1), type);
+        }
+        return *this;
+    }
+    HMolecule3d molecule() const { return molecule_; }
+
+private:
+    HMolecule3d molecule_;
+};
+
+/// A copy of `m` with every bond of type `type`.
+inline HMolecule3d with_all_bonds(const Molecule& m, BondType type = UNKNOWN_BOND) {
+    HMolecule3d copy(new Molecule3d(m));
+    for (int i = 0; i < copy->nbonds(); ++i) copy->bond(i)->set_type(type);
+    return copy;
+}
+
+// Three hydrogens on a methyl carbon are written out in each molecule below;
+// coordinates come from bond lengths, angles and torsions worked out once.
+
+/// CH3-C(=O)-NH2, planar amide. Heavy atoms C2, C1 (methyl), O1, N1.
+inline HMolecule3d acetamide() {
+    MoleculeBuilder b;
+    b.atom("C", "C2", 0.0, 0.0, 0.0).atom("C", "C1", 1.52, 0.0, 0.0);
+    b.atom("O", "O1", -0.6335, 1.0543, 0.0).atom("N", "N1", -0.5830, -1.1954, 0.0);
+    b.atom("H", "H1", -1.5906, -1.2659, 0.0).atom("H", "H2", -0.0182, -2.0327, 0.0);
+    b.atom("H", "H3", 1.8838, 1.0275, 0.0).atom("H", "H4", 1.8838, -0.5137, 0.8898);
+    b.atom("H", "H5", 1.8838, -0.5137, -0.8898);
+    b.bonds("C2-C1 C2=O1 C2-N1 N1-H1 N1-H2 C1-H3 C1-H4 C1-H5");
+    return b.molecule();
+}
+
+/// CH3-C(=S)-NH2. Heavy atoms C2, C1, S1, N1.
+inline HMolecule3d thioacetamide() {
+    MoleculeBuilder b;
+    b.atom("C", "C2", 0.0, 0.0, 0.0).atom("C", "C1", 1.52, 0.0, 0.0);
+    b.atom("S", "S1", -0.8653, 1.44, 0.0).atom("N", "N1", -0.5830, -1.1954, 0.0);
+    b.atom("H", "H1", -1.5906, -1.2659, 0.0).atom("H", "H2", -0.0182, -2.0327, 0.0);
+    b.atom("H", "H3", 1.8838, 1.0275, 0.0).atom("H", "H4", 1.8838, -0.5137, 0.8898);
+    b.atom("H", "H5", 1.8838, -0.5137, -0.8898);
+    b.bonds("C2-C1 C2=S1 C2-N1 N1-H1 N1-H2 C1-H3 C1-H4 C1-H5");
+    return b.molecule();
+}
+
+/// CH3-C(=O)-OH, the hydroxyl hydrogen H6 syn to O1. Heavy atoms C2, C1, O1, O2.
+inline HMolecule3d acetic_acid() {
+    MoleculeBuilder b;
+    b.atom("C", "C2", 0.0, 0.0, 0.0).atom("C", "C1", 1.50, 0.0, 0.0);
+    b.atom("O", "O1", -0.6766, 1.0031, 0.0).atom("O", "O2", -0.4907, -1.2146, 0.0);
+    b.atom("H", "H6", -1.4570, -1.1301, 0.0);
+    b.atom("H", "H3", 1.8638, 1.0275, 0.0).atom("H", "H4", 1.8638, -0.5137, 0.8898);
+    b.atom("H", "H5", 1.8638, -0.5137, -0.8898);
+    b.bonds("C2-C1 C2=O1 C2-O2 O2-H6 C1-H3 C1-H4 C1-H5");
+    return b.molecule();
+}
+
+/// CH3-C(=O)-O(-), drawn with one double bond. Heavy atoms C2, C1, O1, O2.
+inline HMolecule3d acetate() {
+    MoleculeBuilder b;
+    b.atom("C", "C2", 0.0, 0.0, 0.0).atom("C", "C1", 1.52, 0.0, 0.0);
+    b.atom("O", "O1", -0.5675, 1.1138, 0.0).atom("O", "O2", -0.5675, -1.1138, 0.0);
+    b.atom("H", "H3", 1.8838, 1.0275, 0.0).atom("H", "H4", 1.8838, -0.5137, 0.8898);
+    b.atom("H", "H5", 1.8838, -0.5137, -0.8898);
+    b.bonds("C2-C1 C2=O1 C2-O2 C1-H3 C1-H4 C1-H5");
+    return b.molecule();
+}
+
+/// CH3-N(=O)-O(-). Heavy atoms C1, N1, O1, O2.
+inline HMolecule3d nitromethane() {
+    MoleculeBuilder b;
+    b.atom("C", "C1", 0.0, 0.0, 0.0).atom("N", "N1", 1.49, 0.0, 0.0);
+    b.atom("O", "O1", 2.0533, 1.0822, 0.0).atom("O", "O2", 2.0533, -1.0822, 0.0);
+    b.atom("H", "H1", -0.3638, 0.0, -1.0275).atom("H", "H2", -0.3638, -0.8898, 0.5137);
+    b.atom("H", "H3", -0.3638, 0.8898, 0.5137);
+    b.bonds("C1-N1 N1=O1 N1-O2 C1-H1 C1-H2 C1-H3");
+    return b.molecule();
+}
+
+/// NH4(+), tetrahedral.
+inline HMolecule3d ammonium() {
+    MoleculeBuilder b;
+    b.atom("N", "N1", 0.0, 0.0, 0.0);
+    b.atom("H", "H1", 0.5947, 0.5947, 0.5947).atom("H", "H2", 0.5947, -0.5947, -0.5947);
+    b.atom("H", "H3", -0.5947, 0.5947, -0.5947).atom("H", "H4", -0.5947, -0.5947, 0.5947);
+    b.bonds("N1-H1 N1-H2 N1-H3 N1-H4");
+    return b.molecule();
+}
+
+/// (CH3)2S(=O)2. Heavy atoms S1, C1, C2, O1, O2.
+inline HMolecule3d dimethyl_sulphone() {
+    MoleculeBuilder b;
+    b.atom("S", "S1", 0.0, 0.0, 0.0).atom("C", "C1", 1.0219, 1.0219, 1.0219);
+    b.atom("C", "C2", 1.0219, -1.0219, -1.0219);
+    b.atom("O", "O1", -0.8314, 0.8314, -0.8314).atom("O", "O2", -0.8314, -0.8314, 0.8314);
+    b.atom("H", "H1", 0.3930, 1.6514, 1.6514).atom("H", "H2", 1.6514, 0.3930, 1.6514);
+    b.atom("H", "H3", 1.6514, 1.6514, 0.3930).atom("H", "H4", 1.6514, -0.3930, -1.6514);
+    b.atom("H", "H5", 1.6514, -1.6514, -0.3930).atom("H", "H6", 0.3930, -1.6514, -1.6514);
+    b.bonds("S1-C1 S1-C2 S1=O1 S1=O2 C1-H1 C1-H2 C1-H3 C2-H4 C2-H5 C2-H6");
+    return b.molecule();
+}
+
+/// CH3-S(=O)2-O(-). Heavy atoms S1, C1, O1, O2, O3 (O3 the singly bonded one).
+inline HMolecule3d methanesulphonate() {
+    MoleculeBuilder b;
+    b.atom("S", "S1", 0.0, 0.0, 0.0).atom("C", "C1", 1.0219, 1.0219, 1.0219);
+    b.atom("O", "O1", 0.8429, -0.8429, -0.8429).atom("O", "O2", -0.8429, 0.8429, -0.8429);
+    b.atom("O", "O3", -0.8429, -0.8429, 0.8429);
+    b.atom("H", "H1", 1.6514, 1.6514, 0.3930).atom("H", "H2", 0.3930, 1.6514, 1.6514);
+    b.atom("H", "H3", 1.6514, 0.3930, 1.6514);
+    b.bonds("S1-C1 S1=O1 S1=O2 S1-O3 C1-H1 C1-H2 C1-H3");
+    return b.molecule();
+}
+
+/// (CH3)2S=O, pyramidal at sulphur. Heavy atoms S1, C1, C2, O1.
+inline HMolecule3d dimethyl_sulphoxide() {
+    MoleculeBuilder b;
+    b.atom("S", "S1", 0.0, 0.0, 0.0).atom("C", "C1", 1.0392, 1.0392, 1.0392);
+    b.atom("C", "C2", 1.0392, -1.0392, -1.0392).atom("O", "O1", -0.8660, 0.8660, -0.8660);
+    b.atom("H", "H1", 0.4104, 1.6688, 1.6688).atom("H", "H2", 1.6688, 0.4104, 1.6688);
+    b.atom("H", "H3", 1.6688, 1.6688, 0.4104).atom("H", "H4", 1.6688, -0.4104, -1.6688);
+    b.atom("H", "H5", 1.6688, -1.6688, -0.4104).atom("H", "H6", 0.4104, -1.6688, -1.6688);
+    b.bonds("S1-C1 S1-C2 S1=O1 C1-H1 C1-H2 C1-H3 C2-H4 C2-H5 C2-H6");
+    return b.molecule();
+}
+
+/// (CH3)2S, C-S-C 99 degrees. Heavy atoms S1, C1, C2.
+inline HMolecule3d dimethyl_sulphide() {
+    MoleculeBuilder b;
+    b.atom("S", "S1", 0.0, 0.0, 0.0).atom("C", "C1", 1.81, 0.0, 0.0).atom("C", "C2", -0.2831, 1.7877, 0.0);
+    b.atom("H", "H1", 2.1738, 0.5137, 0.8898).atom("H", "H2", 2.1738, -1.0275, 0.0);
+    b.atom("H", "H3", 2.1738, 0.5137, -0.8898).atom("H", "H4", 0.1673, 2.2275, -0.8898);
+    b.atom("H", "H5", -1.3549, 1.9864, 0.0).atom("H", "H6", 0.1673, 2.2275, 0.8898);
+    b.bonds("S1-C1 S1-C2 C1-H1 C1-H2 C1-H3 C2-H4 C2-H5 C2-H6");
+    return b.molecule();
+}
+
+/// CH3-C#N, linear. Heavy atoms C1, C2, N1.
+inline HMolecule3d acetonitrile() {
+    MoleculeBuilder b;
+    b.atom("C", "C1", 0.0, 0.0, 0.0).atom("C", "C2", 1.46, 0.0, 0.0).atom("N", "N1", 2.62, 0.0, 0.0);
+    b.atom("H", "H1", -0.3638, 0.5137, -0.8898).atom("H", "H2", -0.3638, -1.0275, 0.0);
+    b.atom("H", "H3", -0.3638, 0.5137, 0.8898);
+    b.bonds("C1-C2 C2#N1 C1-H1 C1-H2 C1-H3");
+    return b.molecule();
+}
+
+/// CH3-C#C-H, linear. Heavy atoms C1, C2, C3.
+inline HMolecule3d propyne() {
+    MoleculeBuilder b;
+    b.atom("C", "C1", 0.0, 0.0, 0.0).atom("C", "C2", 1.46, 0.0, 0.0).atom("C", "C3", 2.66, 0.0, 0.0);
+    b.atom("H", "H4", 3.72, 0.0, 0.0);
+    b.atom("H", "H1", -0.3638, 0.5137, -0.8898).atom("H", "H2", -0.3638, -1.0275, 0.0);
+    b.atom("H", "H3", -0.3638, 0.5137, 0.8898);
+    b.bonds("C1-C2 C2#C3 C3-H4 C1-H1 C1-H2 C1-H3");
+    return b.molecule();
+}
+
+/// CH3-N#C, linear. Heavy atoms C1, N1, C2.
+inline HMolecule3d methyl_isocyanide() {
+    MoleculeBuilder b;
+    b.atom("C", "C1", 0.0, 0.0, 0.0).atom("N", "N1", 1.42, 0.0, 0.0).atom("C", "C2", 2.59, 0.0, 0.0);
+    b.atom("H", "H1", -0.3638, 0.5137, -0.8898).atom("H", "H2", -0.3638, -1.0275, 0.0);
+    b.atom("H", "H3", -0.3638, 0.5137, 0.8898);
+    b.bonds("C1-N1 N1#C2 C1-H1 C1-H2 C1-H3");
+    return b.molecule();
+}
+
+/// CH3-N=N=N, drawn with two double bonds; C-N-N 115, N-N-N 173 degrees.
+/// Heavy atoms C1, N1, N2, N3.
+inline HMolecule3d methyl_azide() {
+    MoleculeBuilder b;
+    b.atom("C", "C1", 0.0, 0.0, 0.0).atom("N", "N1", 1.47, 0.0, 0.0);
+    b.atom("N", "N2", 1.9940, 1.1238, 0.0).atom("N", "N3", 2.5929, 2.0821, 0.0);
+    b.atom("H", "H1", -0.3638, 0.5137, -0.8898).atom("H", "H2", -0.3638, -1.0275, 0.0);
+    b.atom("H", "H3", -0.3638, 0.5137, 0.8898);
+    b.bonds("C1-N1 N1=N2 N2=N3 C1-H1 C1-H2 C1-H3");
+    return b.molecule();
+}
+
+/// C(NH2)3(+), planar, drawn C1=N1 with the other two C-N single. With
+/// `nitro`, N3 carries two oxygens O1, O2 in place of its hydrogens: an
+/// amidine on a nitro nitrogen.
+inline HMolecule3d guanidinium(bool nitro = false) {
+    MoleculeBuilder b;
+    b.atom("C", "C1", 0.0, 0.0, 0.0);
+    b.atom("N", "N1", 0.0, 1.33, 0.0).atom("H", "H1", -0.8747, 1.8350, 0.0).atom("H", "H2", 0.8747, 1.8350, 0.0);
+    b.atom("N", "N2", -1.1518, -0.6650, 0.0).atom("H", "H3", -1.1518, -1.6750, 0.0);
+    b.atom("H", "H4", -2.0265, -0.1600, 0.0);
+    b.atom("N", "N3", 1.1518, -0.6650, 0.0);
+    b.bonds("C1=N1 C1-N2 C1-N3 N1-H1 N1-H2 N2-H3 N2-H4");
+    if (nitro) {
+        // The hydrogens' directions from N3, at an N-O distance.
+        b.atom("O", "O1", 2.2083, -0.0550, 0.0).atom("O", "O2", 1.1518, -1.8850, 0.0);
+        b.bonds("N3=O1 N3-O2");
+    } else {
+        b.atom("H", "H5", 2.0265, -0.1600, 0.0).atom("H", "H6", 1.1518, -1.6750, 0.0);
+        b.bonds("N3-H5 N3-H6");
+    }
+    return b.molecule();
+}
+
+/// A regular hexagon of side 1.39 in the xy plane, ring atoms C1..C6 with
+/// hydrogens H1..H6 at 1.09. With `pyridine` the first ring atom is N1 and
+/// has no hydrogen. Aromatic bonds, or alternating double (1-2, 3-4, 5-6)
+/// and single bonds when `aromatic` is false.
+inline HMolecule3d benzene(bool aromatic = true, bool pyridine = false) {
+    MoleculeBuilder b;
+    const double pi = std::acos(-1.0);
+    std::string ring[6];
+    for (int i = 0; i < 6; ++i) {
+        ring[i] = (i == 0 && pyridine) ? "N1" : "C" + std::to_string(i + 1);
+        const double a = pi / 3.0 * i;
+        b.atom(i == 0 && pyridine ? "N" : "C", ring[i], 1.39 * std::cos(a), 1.39 * std::sin(a), 0.0);
+    }
+    for (int i = pyridine ? 1 : 0; i < 6; ++i) {
+        const double a = pi / 3.0 * i;
+        const std::string h = "H" + std::to_string(i + 1);
+        b.atom("H", h, 2.48 * std::cos(a), 2.48 * std::sin(a), 0.0);
+        b.bond(ring[i], h);
+    }
+    for (int i = 0; i < 6; ++i) {
+        BondType t = aromatic ? AROMATIC_BOND : (i % 2 == 0 ? DOUBLE_BOND : SINGLE_BOND);
+        b.bond(ring[i], ring[(i + 1) % 6], t);
+    }
+    return b.molecule();
+}
+
+/// An octahedral iron complex: an ammine N1 (+x), a chloride Cl1 (-x), an
+/// acetonitrile N2-C1-C2 bound through N (+y), a methanethiolate S1-C3 (-y),
+/// a nitrido N3 (Fe#N3, +z) and an imido N4-H10 (Fe=N4, -z). The dative
+/// bonds are single.
+inline HMolecule3d iron_complex() {
+    MoleculeBuilder b;
+    b.atom("Fe", "Fe1", 0.0, 0.0, 0.0).atom("N", "N1", 2.05, 0.0, 0.0).atom("Cl", "Cl1", -2.30, 0.0, 0.0);
+    b.atom("N", "N2", 0.0, 1.95, 0.0).atom("C", "C1", 0.0, 3.10, 0.0).atom("C", "C2", 0.0, 4.56, 0.0);
+    b.atom("S", "S1", 0.0, -2.30, 0.0).atom("N", "N3", 0.0, 0.0, 1.60).atom("N", "N4", 0.0, 0.0, -1.70);
+    b.atom("H", "H1", 2.3871, 0.4760, 0.8245).atom("H", "H2", 2.3871, -0.9521, 0.0);
+    b.atom("H", "H3", 2.3871, 0.4760, -0.8245);
+    b.atom("H", "H4", 0.5137, 4.9238, -0.8898).atom("H", "H5", -1.0275, 4.9238, 0.0);
+    b.atom("H", "H6", 0.5137, 4.9238, 0.8898);
+    b.atom("C", "C3", -1.7580, -2.7711, 0.0);
+    b.atom("H", "H7", -2.2424, -2.3690, -0.8898).atom("H", "H8", -1.8435, -3.8577, 0.0);
+    b.atom("H", "H9", -2.2424, -2.3690, 0.8898);
+    b.atom("H", "H10", 0.3454, 0.0, -2.6491);
+    b.bonds("Fe1-N1 Fe1-Cl1 Fe1-N2 N2#C1 C1-C2 Fe1-S1 S1-C3 Fe1#N3 Fe1=N4 N4-H10");
+    b.bonds("N1-H1 N1-H2 N1-H3 C2-H4 C2-H5 C2-H6 C3-H7 C3-H8 C3-H9");
+    return b.molecule();
+}
+
+/// A vinylamine CH2=CH-N(CH3)R: vinyl C3=C4, methyl C1, and R either a
+/// second methyl C2 or, with `nh`, a hydrogen H9. Planar at N1 (angles of
+/// 120 degrees) or pyramidal (tetrahedral angles; `planar` false).
+inline HMolecule3d vinylamine(bool planar, bool nh = false) {
+    MoleculeBuilder b;
+    b.atom("N", "N1", 0.0, 0.0, 0.0);
+    if (planar) {
+        b.atom("C", "C1", 0.0, 1.46, 0.0).atom("C", "C2", -1.2644, -0.73, 0.0);
+        b.atom("C", "C3", 1.2124, -0.70, 0.0).atom("C", "C4", 1.3059, -2.0367, 0.0);
+        b.atom("H", "H7", 2.1078, -0.0961, 0.0).atom("H", "H5", 0.4212, -2.6562, 0.0);
+        b.atom("H", "H6", 2.2682, -2.5270, 0.0);
+        b.atom("H", "H10", 0.5137, 1.8238, -0.8898).atom("H", "H11", -1.0275, 1.8238, 0.0);
+        b.atom("H", "H12", 0.5137, 1.8238, 0.8898);
+        b.atom("H", "H13", -1.3226, -1.3568, 0.8898).atom("H", "H14", -2.0932, -0.0221, 0.0);
+        b.atom("H", "H15", -1.3226, -1.3568, -0.8898);
+        b.bonds("N1-C2 C2-H13 C2-H14 C2-H15");
+    } else {
+        b.atom("C", "C1", 0.8429, 0.8429, 0.8429);
+        if (nh)
+            b.atom("H", "H9", 0.5831, -0.5831, -0.5831);
+        else
+            b.atom("C", "C2", 0.8429, -0.8429, -0.8429);
+        b.atom("C", "C3", -0.8083, 0.8083, -0.8083).atom("C", "C4", -1.6944, 0.3339, -1.6944);
+        b.atom("H", "H7", -0.6853, 1.8742, -0.6853).atom("H", "H5", -1.8305, -0.7289, -1.8305);
+        b.atom("H", "H6", -2.2940, 1.0027, -2.2940);
+        b.atom("H", "H10", 0.2141, 1.4725, 1.4725).atom("H", "H11", 1.4725, 0.2141, 1.4725);
+        b.atom("H", "H12", 1.4725, 1.4725, 0.2141);
+        if (nh) {
+            b.bonds("N1-H9");
+        } else {
+            b.atom("H", "H13", 1.4725, -0.2141, -1.4725).atom("H", "H14", 1.4725, -1.4725, -0.2141);
+            b.atom("H", "H15", 0.2141, -1.4725, -1.4725);
+            b.bonds("N1-C2 C2-H13 C2-H14 C2-H15");
+        }
+    }
+    b.bonds("N1-C1 N1-C3 C3=C4 C3-H7 C4-H5 C4-H6 C1-H10 C1-H11 C1-H12");
+    return b.molecule();
+}
+
+}  // namespace testing
+}  // namespace molcryst
+
+#endif
