@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <sstream>
 #include <string>
 #include <vector>
@@ -110,7 +112,10 @@ TEST(MoleculeSubset, AtomsHaveTheirOwnIndicesAndNeighbours) {
     EXPECT_EQ(s.bond(1)->type(), DOUBLE_BOND);
     EXPECT_FALSE(s.has_atom(parent->atom(4)));
     EXPECT_TRUE(s.has_bond(s.atom(1), s.atom(2)));
-    EXPECT_EQ(*s.atom_connections(1), (V{2, 0}));  // in the order the view's bonds came
+    // Neighbour order follows the handles' order, not the selection: compare as sets.
+    V connections = *s.atom_connections(1);
+    std::sort(connections.begin(), connections.end());
+    EXPECT_EQ(connections, (V{0, 2}));
     EXPECT_EQ(error_text<std::out_of_range>([&] { s.parent_atom_index(3); }), "IndexedTable::at Illegal index: 3");
 
     // By bonds: the atoms at their ends ascending, the bonds as given. C3-C1
