@@ -58,8 +58,8 @@ public:
     /// The type of a bond whose ends have only bonds of unknown type.
     std::string calc_3d_ruled_bond_type(const Bond& bond) const;
     /// The mean valence angle at the atom over pairs of neighbours with
-    /// sites; `ok` false, and 0, for an atom without a site or with fewer
-    /// than two bonds.
+    /// sites; `ok` false, and 0, for an atom without a site, with fewer than
+    /// two bonds, or without a pair of neighbours that have sites.
     Angle average_bond_angle(const Atom& atom, bool& ok) const;
 
 private:
