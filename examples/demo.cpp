@@ -1,5 +1,7 @@
 // The molcryst demo: builds a small example and prints what the library did
 // with it. Run by the README's first command.
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -88,11 +90,271 @@ void show_graph() {
     std::cout << "  path from O1 to Na1 exists: " << (graph.shortest_path(o1, na, path) ? "yes" : "no") << "\n";
 }
 
+// ---------------------------------------------------------------------------
+// Molecules with coordinates, built the way a reader of structure files would.
+
+const double pi = 3.14159265358979323846;
+
+/// Adds an atom at `p`; its index.
+int add_atom(Molecule& m, const Element& e, const std::string& label, const Point& p) {
+    return m.add(HAtom(new Atom3d(e, label, HSite(new Site(p)))));
+}
+
+void add_bond(Molecule& m, int a, int b, BondType type) { m.add(HBond(new Bond3d(type)), a, b); }
+
+Point position(const Molecule& m, int atom) { return m.atom(atom)->site()->orth(); }
+
+/// The point `length` from `atom`, on the far side of `centre`.
+Point outward(const Point& atom, const Point& centre, double length) {
+    Vector<double, 3> d = atom - centre;
+    return Point(atom + d * (length / d.length()));
+}
+
+/// Adds `n` hydrogens to `centre`, staggered about its bond to `neighbour`,
+/// with `reference` fixing the first torsion; tetrahedral angles.
+void add_hydrogens(Molecule& m, int centre, int neighbour, int reference, int n, double length,
+                   const std::string& stem) {
+    for (int k = 0; k < n; ++k) {
+        Point h = internal_to_orthogonal(position(m, centre), length, position(m, neighbour),
+                                         Angle::from_degrees(109.47), position(m, reference),
+                                         Angle::from_degrees(180.0 + 120.0 * k));
+        add_bond(m, centre, add_atom(m, Element::H, stem + std::to_string(k + 1), h), SINGLE_BOND);
+    }
+}
+
+/// Caffeine, flat, with its methyl hydrogens: a regular hexagon fused to a
+/// regular pentagon, bonds in one Kekule form.
+HMolecule caffeine() {
+    HMolecule m(new Molecule3d());
+    const double s = 1.39;
+    const char* six_labels[6] = {"N1", "C2", "N3", "C4", "C5", "C6"};
+    const Element six_elements[6] = {Element::N, Element::C, Element::N, Element::C, Element::C, Element::C};
+    Point hexagon_centre(0, 0, 0);
+    for (int k = 0; k < 6; ++k) {
+        const double a = (90.0 + 60.0 * k) * pi / 180.0;
+        add_atom(*m, six_elements[k], six_labels[k], Point(s * std::cos(a), s * std::sin(a), 0));
+    }
+    // The pentagon shares the C4-C5 edge and lies outside the hexagon.
+    const Point c4 = position(*m, 3), c5 = position(*m, 4);
+    const Point middle((c4 + c5) * 0.5);
+    const double apothem = s / (2 * std::tan(36 * pi / 180)), radius = s / (2 * std::sin(36 * pi / 180));
+    const Point pentagon_centre = outward(middle, hexagon_centre, apothem);
+    const Vector<double, 3> from_centre = c5 - pentagon_centre;
+    const double start = std::atan2(from_centre[1], from_centre[0]);
+    auto vertex = [&](double angle) {
+        return Point(pentagon_centre[0] + radius * std::cos(angle), pentagon_centre[1] + radius * std::sin(angle), 0);
+    };
+    // Walk from C5 away from C4.
+    const double step = distance(vertex(start + 0.4 * pi), c4) < 1e-3 ? -0.4 * pi : 0.4 * pi;
+    const char* five_labels[3] = {"N7", "C8", "N9"};
+    const Element five_elements[3] = {Element::N, Element::C, Element::N};
+    for (int k = 1; k <= 3; ++k)
+        add_atom(*m, five_elements[k - 1], five_labels[k - 1], vertex(start + step * k));
+    const int n1 = 0, c2 = 1, n3 = 2, c4i = 3, c5i = 4, c6 = 5, n7 = 6, c8 = 7, n9 = 8;
+    add_bond(*m, n1, c2, SINGLE_BOND);
+    add_bond(*m, c2, n3, SINGLE_BOND);
+    add_bond(*m, n3, c4i, SINGLE_BOND);
+    add_bond(*m, c4i, c5i, DOUBLE_BOND);
+    add_bond(*m, c5i, c6, SINGLE_BOND);
+    add_bond(*m, c6, n1, SINGLE_BOND);
+    add_bond(*m, c5i, n7, SINGLE_BOND);
+    add_bond(*m, n7, c8, SINGLE_BOND);
+    add_bond(*m, c8, n9, DOUBLE_BOND);
+    add_bond(*m, n9, c4i, SINGLE_BOND);
+    // Carbonyl oxygens, methyl groups and the one ring hydrogen, each on
+    // the outward bisector of its ring atom.
+    add_bond(*m, c2, add_atom(*m, Element::O, "O2", outward(position(*m, c2), hexagon_centre, 1.22)), DOUBLE_BOND);
+    add_bond(*m, c6, add_atom(*m, Element::O, "O6", outward(position(*m, c6), hexagon_centre, 1.22)), DOUBLE_BOND);
+    const int methyl_on[3] = {n1, n3, n7};
+    const Point centres[3] = {hexagon_centre, hexagon_centre, pentagon_centre};
+    const int references[3] = {c2, c2, c8};
+    for (int k = 0; k < 3; ++k) {
+        const std::string label = "C1" + std::to_string(k);
+        const int c = add_atom(*m, Element::C, label, outward(position(*m, methyl_on[k]), centres[k], 1.47));
+        add_bond(*m, methyl_on[k], c, SINGLE_BOND);
+        add_hydrogens(*m, c, methyl_on[k], references[k], 3, 1.09, "H1" + std::to_string(k));
+    }
+    add_bond(*m, c8, add_atom(*m, Element::H, "H8", outward(position(*m, c8), pentagon_centre, 1.08)), SINGLE_BOND);
+    return m;
+}
+
+/// One acetic acid molecule, the hydroxyl hydrogen syn to the carbonyl.
+void add_acetic_acid(Molecule& m, const std::string& tag) {
+    const int c = add_atom(m, Element::C, "C1" + tag, Point(0, 0, 0));
+    const int o1 = add_atom(m, Element::O, "O1" + tag, Point(1.21, 0, 0));
+    const int o2 = add_atom(m, Element::O, "O2" + tag,
+                            Point(1.31 * std::cos(122 * pi / 180), 1.31 * std::sin(122 * pi / 180), 0));
+    const int methyl = add_atom(m, Element::C, "C2" + tag,
+                                Point(1.50 * std::cos(-118 * pi / 180), 1.50 * std::sin(-118 * pi / 180), 0));
+    const Point h = internal_to_orthogonal(position(m, o2), 0.97, position(m, c), Angle::from_degrees(107),
+                                           position(m, o1), Angle::from_degrees(0));
+    const int ho = add_atom(m, Element::H, "H1" + tag, h);
+    add_bond(m, c, o1, DOUBLE_BOND);
+    add_bond(m, c, o2, SINGLE_BOND);
+    add_bond(m, c, methyl, SINGLE_BOND);
+    add_bond(m, o2, ho, SINGLE_BOND);
+    add_hydrogens(m, methyl, c, o1, 3, 1.09, "H2" + tag);
+}
+
+/// Two acetic acid molecules joined by a pair of O-H...O hydrogen bonds
+/// about a centre of inversion: one structure, two components.
+HMolecule acetic_acid_dimer() {
+    Molecule3d first;
+    add_acetic_acid(first, "A");
+    // Put the second molecule's carbonyl oxygen 1.65 A beyond the first's
+    // hydroxyl hydrogen, and invert everything through the midpoint.
+    const Point o_h = position(first, 2), h = position(first, 4), o_c = position(first, 1);
+    const Point acceptor = outward(h, o_h, 1.65);
+    const Point centre((o_c + acceptor) * 0.5);
+    HMolecule m(new Molecule3d(first));
+    Molecule3d second;
+    add_acetic_acid(second, "B");
+    for (int i = 0; i < second.natoms(); ++i)
+        second.atom(i)->site()->set_coordinates(Point(centre * 2.0 - second.atom(i)->site()->orth()));
+    m->add(second);
+    return m;
+}
+
+/// cis-Diammine-bis(dimethyl sulphide)platinum(II), square planar.
+HMolecule platinum_complex() {
+    HMolecule m(new Molecule3d());
+    const int pt = add_atom(*m, Element::Pt, "Pt1", Point(0, 0, 0));
+    const int n1 = add_atom(*m, Element::N, "N1", Point(2.05, 0, 0));
+    const int n2 = add_atom(*m, Element::N, "N2", Point(0, 2.05, 0));
+    const int s1 = add_atom(*m, Element::S, "S1", Point(-2.30, 0, 0));
+    const int s2 = add_atom(*m, Element::S, "S2", Point(0, -2.30, 0));
+    for (int donor : {n1, n2, s1, s2}) add_bond(*m, pt, donor, SINGLE_BOND);
+    add_hydrogens(*m, n1, pt, n2, 3, 1.01, "HN1");
+    add_hydrogens(*m, n2, pt, n1, 3, 1.01, "HN2");
+    // Two methyls on each sulphur, 1.81 A away at 105 degrees to the metal,
+    // one above the plane and one below.
+    int carbon = 0;
+    for (int s : {s1, s2}) {
+        for (int side = 0; side < 2; ++side) {
+            const Point c = internal_to_orthogonal(position(*m, s), 1.81, position(*m, pt), Angle::from_degrees(105),
+                                                   position(*m, s == s1 ? n2 : n1),
+                                                   Angle::from_degrees(side == 0 ? 60 : -60));
+            const std::string label = "C" + std::to_string(++carbon);
+            const int ci = add_atom(*m, Element::C, label, c);
+            add_bond(*m, s, ci, SINGLE_BOND);
+            add_hydrogens(*m, ci, s, pt, 3, 1.09, "H" + label);
+        }
+    }
+    return m;
+}
+
+std::string join_types(const Molecule& m, bool skip_hydrogens) {
+    std::string text;
+    for (int i = 0; i < m.natoms(); ++i) {
+        if (skip_hydrogens && m.atom(i)->element().atomic_number() == 1) continue;
+        text += (text.empty() ? "" : " ") + m.atom(i)->label() + "=" + m.atom_sybyl_type(i);
+    }
+    return text;
+}
+
+void show_rings(const Molecule& m) {
+    HMoleculeGraph g = m.graph();
+    std::deque<std::set<HAtom> > rings;
+    g->basic_ring_set(rings);
+    std::cout << "  rings:";
+    for (const std::set<HAtom>& ring : rings) {
+        std::vector<std::string> names;
+        for (const HAtom& a : ring) names.push_back(a->label());
+        std::sort(names.begin(), names.end());
+        std::cout << " [" << ring.size() << ":";
+        for (const std::string& name : names) std::cout << " " << name;
+        std::cout << "]";
+    }
+    std::deque<int> bounds;
+    std::deque<std::set<HAtom> > assembly_rings;
+    const int assemblies = g->ring_assemblies(assembly_rings, bounds);
+    std::cout << (rings.empty() ? " none" : "") << "; ring assemblies: " << assemblies << "\n";
+}
+
+void show_molecule(const std::string& name, const Molecule& m) {
+    std::cout << name << ": " << m.natoms() << " atoms, " << m.nbonds() << " bonds, " << m.ncomponents()
+              << (m.ncomponents() == 1 ? " component" : " components") << ", charge " << m.formal_charge() << "\n";
+    show_rings(m);
+    std::cout << "  SYBYL types (heavy atoms): " << join_types(m, true) << "\n";
+}
+
+void show_molecules() {
+    std::cout << "Molecules\n";
+    HMolecule caffeine_molecule = caffeine();
+    HMolecule dimer = acetic_acid_dimer();
+    HMolecule complex = platinum_complex();
+    show_molecule("caffeine", *caffeine_molecule);
+    std::cout << "  bond types:";
+    for (int i = 0; i < 10; ++i) std::cout << " " << caffeine_molecule->bond_sybyl_type(i);
+    std::cout << " (ring bonds)\n";
+    // With every bond of unknown type the types come from distances and angles.
+    Molecule3d guessed(*caffeine_molecule);
+    for (int i = 0; i < guessed.nbonds(); ++i) guessed.bond(i)->set_type(UNKNOWN_BOND);
+    std::cout << "  from geometry alone: " << join_types(guessed, true) << "\n";
+    show_molecule("acetic acid dimer", *dimer);
+    show_molecule("platinum complex", *complex);
+
+    // Without their acidic hydrogens the acids read as carboxylates.
+    Molecule3d anions(*dimer);
+    anions.remove_atoms([](const HAtom& a) { return a->label() == "H1A" || a->label() == "H1B"; });
+    std::cout << "acetate pair (acidic hydrogens removed): " << join_types(anions, true) << "\n";
+
+    std::cout << "Splitting the dimer\n";
+    Hvector_HMolecule parts = dimer->split();
+    for (const HMolecule& part : *parts)
+        std::cout << "  part of " << part->natoms() << " atoms, first " << part->atom(0)->label() << ", centroid "
+                  << part->centroid() << "\n";
+    // The hydrogen bond O2A-H1A...O1B as a contact record between the parts.
+    MolecularContact hbond((*parts)[0], 4, (*parts)[1], 1, 3);
+    std::cout << "  H...O distance " << distance(hbond.molecule_from()->atom(4)->site()->orth(),
+                                                   hbond.molecule_to()->atom(1)->site()->orth())
+              << " A; ";
+    hbond.print(std::cout);
+    MolecularContact reversed(hbond);
+    reversed.switch_groups();
+    std::cout << "  the contact equals its reversal: " << (reversed == hbond ? "yes" : "no") << "\n";
+
+    std::cout << "Archive round trip\n";
+    Archive ar = Archive::temporary();
+    const HMolecule all[3] = {caffeine_molecule, dimer, complex};
+    for (const HMolecule& m : all) m->write(ar);
+    ar.rewind();
+    for (const HMolecule& m : all) {
+        Molecule3d back(ar);
+        std::cout << "  " << back.natoms() << " atoms, " << back.nbonds() << " bonds read back, equal: "
+                  << (back == *m ? "yes" : "no") << "\n";
+    }
+
+    std::cout << "Subset view of caffeine's ring atoms\n";
+    MoleculeSubset rings(caffeine_molecule);
+    rings.select_atom_indices({0, 1, 2, 3, 4, 5, 6, 7, 8});
+    std::cout << "  " << rings.natoms() << " atoms, " << rings.nbonds() << " bonds; view atom 6 is parent atom "
+              << rings.parent_atom_index(6) << " (" << rings.atom(6)->label() << ") with " << rings.atom(6)->nbonds()
+              << " bonds here, " << caffeine_molecule->atom(6)->nbonds() << " in the parent\n";
+    std::cout << "  centroid " << centroid(MoleculeAtomSiteIterator(rings), MoleculeAtomSiteIterator()) << "\n";
+    caffeine_molecule->atom(7)->site()->set_coordinates(Point(0, 0, 1));
+    std::cout << "  after moving C8 in the parent, the view sees " << rings.atom(7)->site()->orth() << "\n";
+    try {
+        rings.atom(0)->set_label("X");
+    } catch (const std::runtime_error& e) {
+        std::cout << "  relabelling through the view: " << e.what() << "\n";
+    }
+    try {
+        rings.remove_atom(0);
+    } catch (const std::runtime_error& e) {
+        std::cout << "  removing through the view: " << e.what() << "\n";
+    }
+    HMolecule copy = rings.create_molecule();
+    std::cout << "  as a molecule of its own: " << copy->natoms() << " atoms, editable: "
+              << (copy->editable() ? "yes" : "no") << "\n";
+}
+
 }  // namespace
 
 int main() {
     show_handles();
     show_archive();
     show_graph();
+    show_molecules();
     return 0;
 }

@@ -83,5 +83,13 @@
 #include "molcryst/molecule/Molecule3d.h"
 #include "molcryst/molecule/ChemicalCreationInterface.h"
 #include "molcryst/molecule/Molecule3dCreator.h"
+#include "molcryst/molecule/ProxyAtom.h"
+#include "molcryst/molecule/ProxyBond.h"
+#include "molcryst/molecule/MoleculeSubset.h"
+#include "molcryst/molecule/MoleculeAtomSiteIterator.h"
+
+// contact: records of non-bonded contacts
+#include "molcryst/contact/BasicContact.h"
+#include "molcryst/contact/MolecularContact.h"
 
 #endif
