@@ -28,14 +28,11 @@ void print_atom(std::ostream& os, const Molecule& molecule, int index) {
     HAtom atom = molecule.atom(index);
     const Point p = atom->site()->orth();
     os << atom->label() << " - ";
+    // Fixed notation at the stream's own precision; the caller's format is restored after.
     const std::ios_base::fmtflags flags = os.flags();
-    const std::streamsize precision = os.precision();
-    // Four decimals: 1e-04 Angstrom, the finest distinction drawn between contact ends.
     os.setf(std::ios_base::fixed, std::ios_base::floatfield);
-    os.precision(4);
     os << p;
     os.flags(flags);
-    os.precision(precision);
 }
 
 // The from end opens its group with "group [", the to end with "group ";

@@ -252,20 +252,21 @@ TEST(MolecularContact, PrintForms) {
     const std::string m1 = address(m.m1), m2 = address(m.m2);
     EXPECT_EQ(printed(MolecularContact(m.m1, 1, m.m2, 0, 2.75, 3)),
               "Intermolecular contact between Molecule " + m1 +
-                  "  atom C2 - (1.5000, 0.0000, 0.0000) and  Molecule " + m2 +
-                  "  atom O1 - (1.2346, -2.0000, 3.5000)  Strength: 2.75\n");
+                  "  atom C2 - (1.500000, 0.000000, 0.000000) and  Molecule " + m2 +
+                  "  atom O1 - (1.234560, -2.000000, 3.500000)  Strength: 2.75\n");
     // The from group opens with a bracket, the to group without; neither closes.
     EXPECT_EQ(printed(MolecularContact(m.m1, -1, V{1, 0}, m.m2, -1, V{0}, 0)),
               "Intermolecular contact between Molecule " + m1 +
-                  " group [C2 - (1.5000, 0.0000, 0.0000), C1 - (0.0000, 0.0000, 0.0000),  and  "
+                  " group [C2 - (1.500000, 0.000000, 0.000000), C1 - (0.000000, 0.000000, 0.000000),  and  "
                   "Molecule " +
-                  m2 + " group O1 - (1.2346, -2.0000, 3.5000), \n");
+                  m2 + " group O1 - (1.234560, -2.000000, 3.500000), \n");
+    // Coordinates follow the stream's precision; the strength its whole format.
     std::ostringstream os;
     os.precision(3);
     os << MolecularContact(m.m1, 0, m.m1, 1, 0.123456, 0) << 0.5;
     EXPECT_EQ(os.str(), "Intramolecular contact between Molecule " + m1 +
-                            "  atom C1 - (0.0000, 0.0000, 0.0000) and  Molecule " + m1 +
-                            "  atom C2 - (1.5000, 0.0000, 0.0000)  Strength: 0.123\n0.5");
+                            "  atom C1 - (0.000, 0.000, 0.000) and  Molecule " + m1 +
+                            "  atom C2 - (1.500, 0.000, 0.000)  Strength: 0.123\n0.5");
 }
 
 TEST(MolecularContact, ArchiveRoundTripAndBadInput) {

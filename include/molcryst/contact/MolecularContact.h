@@ -35,10 +35,14 @@ public:
     MolecularContact(HMolecule m1, int from, HMolecule m2, int to, NonBondType type);
     MolecularContact(HMolecule m1, int from, HMolecule m2, int to, double strength,
                      NonBondType type);
+    /// A strength without a type would silently become the type: refused.
+    MolecularContact(HMolecule m1, int from, HMolecule m2, int to, double strength) = delete;
     MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from, HMolecule m2,
                      int to, const std::vector<int>& group_to, NonBondType type);
     MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from, HMolecule m2,
                      int to, const std::vector<int>& group_to, double strength, NonBondType type);
+    MolecularContact(HMolecule m1, int from, const std::vector<int>& group_from, HMolecule m2,
+                     int to, const std::vector<int>& group_to, double strength) = delete;
     /// The record of `contact` between the atoms of `m1` and `m2`.
     MolecularContact(const BasicContact& contact, HMolecule m1, HMolecule m2, NonBondType type);
     MolecularContact(const MolecularContact& other) = default;
