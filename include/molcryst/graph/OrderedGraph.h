@@ -105,10 +105,7 @@ public:
 
     /// Gives the nodes new indices: `nodes` must list every node of the graph
     /// exactly once, in the new order. Edges and their indices stay.
-    void reorder_nodes(const std::vector<Tn>& nodes) {
-        nodes_table_.clear();
-        for (const Tn& n : nodes) nodes_table_.add(n);
-    }
+    void reorder_nodes(const std::vector<Tn>& nodes) { nodes_table_.reorder(nodes); }
 
     unsigned int nnodes() const { return nodes_table_.size(); }
     unsigned int nedges() const { return edges_table_.size(); }

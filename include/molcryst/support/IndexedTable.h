@@ -6,10 +6,14 @@
 #ifndef MOLCRYST_SUPPORT_INDEXEDTABLE_H
 #define MOLCRYST_SUPPORT_INDEXEDTABLE_H
 
+#include <algorithm>
 #include <deque>
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace molcryst {
 
@@ -58,6 +62,20 @@ public:
         positions_.clear();
     }
 
+    /// Gives the values the order of `values`, as `clear` and then `add` of
+    /// each would. When `values` holds exactly the values of the table, each
+    /// once, the map keeps its entries and only their positions are
+    /// rewritten, from one walk in key order: no allocation, and no search per
+    /// value through a map that may be scattered over the heap.
+    void reorder(const std::vector<V>& values) {
+        if (values.size() == values_.size() && renumber(values)) {
+            values_.assign(values.begin(), values.end());
+            return;
+        }
+        clear();
+        for (const V& v : values) add(v);
+    }
+
     unsigned int size() const { return static_cast<unsigned int>(values_.size()); }
     int first_index() const { return first_index_; }
     bool contains(const V& v) const { return positions_.count(v) != 0; }
@@ -71,6 +89,26 @@ public:
     const std::deque<V>& values() const { return values_; }
 
 private:
+    // Writes each value's new position into the map if `values` is a
+    // permutation of the keys; false, with the map's positions partly
+    // rewritten, if it is not.
+    bool renumber(const std::vector<V>& values) {
+        typedef std::pair<const V*, unsigned int> Entry;
+        std::vector<Entry> by_key;
+        by_key.reserve(values.size());
+        for (std::size_t i = 0; i < values.size(); ++i)
+            by_key.push_back(Entry(&values[i], static_cast<unsigned int>(i)));
+        const std::less<V> less;
+        std::sort(by_key.begin(), by_key.end(),
+                  [&less](const Entry& a, const Entry& b) { return less(*a.first, *b.first); });
+        typename std::vector<Entry>::const_iterator e = by_key.begin();
+        for (typename std::map<V, unsigned int>::iterator p = positions_.begin(); p != positions_.end(); ++p, ++e) {
+            if (less(p->first, *e->first) || less(*e->first, p->first)) return false;
+            p->second = e->second;
+        }
+        return true;
+    }
+
     void refresh() const {
         unsigned int position = 0;
         for (const V& v : values_) positions_[v] = position++;
