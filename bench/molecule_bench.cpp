@@ -35,8 +35,8 @@ void add_chain(Molecule3d& m, int n, int chlorine) {
     const int base = m.natoms();
     auto add_atom = [&](int k, const Element& element, double x, double y, double z) {
         if (k >= n) return;
-        m.unchecked_add(HAtom(new Atom3d(k == chlorine ? Element(Element::Cl) : element, "",
-                                         HSite(new Site(Point(x, y, z))))));
+        m.unchecked_add(
+            HAtom(new Atom3d(k == chlorine ? Element(Element::Cl) : element, "", HSite(new Site(Point(x, y, z))))));
     };
     auto add_bond = [&](int a, int b, BondType type) {
         if (a < n && b < n) m.unchecked_add(HBond(new Bond3d(type)), m.atom(base + a), m.atom(base + b));

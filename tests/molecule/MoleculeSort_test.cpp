@@ -95,9 +95,8 @@ TEST(MoleculeSort, DepthFirstFromTheFirstHeaviestAtomInAscendingIndexOrder) {
 TEST(MoleculeSort, StartsAtTheFirstAtomOnATieAndLeavesAnIsolatedHeavyAtomAlone) {
     for (bool backwards : {false, true}) {
         // All carbon: the start is atom 0, in the middle of the chain C3-C0-C4-C1-C2.
-        Molecule3d chain =
-            build({{"C", "a"}, {"C", "b"}, {"C", "c"}, {"C", "d"}, {"C", "e"}}, {{3, 0}, {0, 4}, {4, 1}, {1, 2}},
-                  backwards);
+        Molecule3d chain = build({{"C", "a"}, {"C", "b"}, {"C", "c"}, {"C", "d"}, {"C", "e"}},
+                                 {{3, 0}, {0, 4}, {4, 1}, {1, 2}}, backwards);
         chain.sort_atoms();
         EXPECT_EQ(labels(chain), (std::vector<std::string>{"a", "d", "e", "b", "c"}));
 
