@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+#include <set>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "molcryst/support/ResizableArray2D.h"
 #include "molcryst/support/THandle.h"
@@ -18,6 +23,35 @@ std::string error_text(F f) {
         return e.what();
     }
     return "no exception";
+}
+
+IndexedTable<int> table_of(const std::vector<int>& values) {
+    IndexedTable<int> table;
+    for (int v : values) table.add(v);
+    return table;
+}
+
+// The values in order, each with the index the table gives it, e.g. "10:0 30:1";
+// an index that disagrees with the position shows as "10:0!1".
+template <class V>
+std::string layout(const IndexedTable<V>& table) {
+    std::string text;
+    for (unsigned int i = 0; i < table.size(); ++i) {
+        const V& v = table.at(i);
+        text += (text.empty() ? "" : " ") + std::to_string(v) + ":" + std::to_string(i);
+        if (table.index(v) != i) text += "!" + std::to_string(table.index(v));
+    }
+    return text;
+}
+
+// Same values in the same order, each found at its own index, and the same
+// answer from `contains` for every value in `probes`.
+template <class V>
+void expect_same(const IndexedTable<V>& table, const IndexedTable<V>& expected, const std::vector<V>& probes) {
+    ASSERT_EQ(table.size(), expected.size());
+    EXPECT_TRUE(std::equal(table.begin(), table.end(), expected.begin()));
+    for (unsigned int i = 0; i < table.size(); ++i) EXPECT_EQ(table.index(table.at(i)), i);
+    for (const V& v : probes) EXPECT_EQ(table.contains(v), expected.contains(v));
 }
 }  // namespace
 
@@ -67,6 +101,88 @@ TEST(IndexedTable, RemovingTheFirstOfThree) {
     table.remove_value(10);
     EXPECT_EQ(table.index(30), 1u);
     EXPECT_EQ(error_text<std::out_of_range>([&] { table.at(2); }), "IndexedTable::at Illegal index: 2");
+}
+
+TEST(IndexedTable, BulkRemovalKeepsTheOrderOfTheRest) {
+    IndexedTable<int> table = table_of({10, 20, 30, 40, 50});
+    // Foreign values are ignored and not counted.
+    EXPECT_EQ(table.remove_values({50, 20, 99}), 2u);
+    EXPECT_EQ(layout(table), "10:0 30:1 40:2");
+    EXPECT_FALSE(table.contains(20));
+    EXPECT_EQ(error_text<std::out_of_range>([&] { table.at(3); }), "IndexedTable::at Illegal index: 3");
+    EXPECT_EQ(error_text<std::invalid_argument>([&] { table.index(50); }), "IndexedTable::index(Value): Unknown value.");
+    EXPECT_EQ(table.add(60), 3u);
+
+    // Hints left stale by a single removal do not mislead the bulk one.
+    table.remove_value(10);
+    EXPECT_EQ(table.remove_if([](int v) { return v == 40; }), 1u);
+    EXPECT_EQ(layout(table), "30:0 60:1");
+
+    // Nothing to remove changes nothing; a predicate that throws neither.
+    EXPECT_EQ(table.remove_values({}), 0u);
+    EXPECT_EQ(table.remove_if([](int) { return false; }), 0u);
+    EXPECT_THROW(table.remove_if([](int v) -> bool {
+        if (v == 60) throw std::runtime_error("judged");
+        return true;
+    }),
+                 std::runtime_error);
+    EXPECT_EQ(layout(table), "30:0 60:1");
+
+    // Everything: the table starts again from index 0.
+    EXPECT_EQ(table.remove_if([](int) { return true; }), 2u);
+    EXPECT_EQ(table.size(), 0u);
+    EXPECT_EQ(table.add(30), 0u);
+}
+
+TEST(IndexedTable, BulkRemovalEqualsRemovingOneByOne) {
+    // Handles order by address, not by the order of addition.
+    std::vector<THandle<int> > values;
+    IndexedTable<THandle<int> > bulk, single;
+    for (int i = 0; i < 300; ++i) {
+        values.push_back(THandle<int>(new int(i)));
+        bulk.add(values.back());
+        single.add(values.back());
+    }
+    std::mt19937 random(7);
+    std::set<THandle<int> > doomed;
+    for (const THandle<int>& v : values)
+        if (random() % 3 == 0) doomed.insert(v);
+    doomed.insert(values.front());
+    doomed.insert(values.back());
+    for (int i = 0; i < 300; ++i)
+        if (doomed.count(values[static_cast<std::size_t>(i)]) != 0) single.remove_value(values[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(bulk.remove_values(doomed), static_cast<unsigned int>(doomed.size()));
+    expect_same(bulk, single, values);
+}
+
+TEST(IndexedTable, ReorderGivesWhatClearingAndAddingGives) {
+    const std::vector<int> probes = {10, 20, 30, 40, 50, 99};
+    const std::vector<std::vector<int> > orders = {
+        {40, 10, 30, 20},      // a permutation: the map keeps its entries
+        {10, 10, 30, 40},      // a duplicate in a list of the right length
+        {10, 20, 30, 99},      // a foreign value in place of one
+        {30, 10},              // a shorter list drops the others
+        {10, 20, 30, 40, 50},  // a longer one adds
+        {},
+    };
+    for (const std::vector<int>& order : orders) {
+        IndexedTable<int> table = table_of({10, 20, 30, 40});
+        table.reorder(order);
+        expect_same(table, table_of(order), probes);
+    }
+    // A permutation after removals, with the hints stale or renumbered.
+    IndexedTable<int> table = table_of({10, 20, 30, 40, 50});
+    table.remove_value(20);
+    table.reorder({50, 40, 10, 30});
+    expect_same(table, table_of({50, 40, 10, 30}), probes);
+    EXPECT_EQ(layout(table), "50:0 40:1 10:2 30:3");
+    table.remove_values({40});
+    table.reorder({30, 10, 50});
+    expect_same(table, table_of({30, 10, 50}), probes);
+    // A removed value in a list of the right length is a foreign one.
+    table.reorder({30, 10, 40});
+    expect_same(table, table_of({30, 10, 40}), probes);
+    EXPECT_EQ(table.add(20), 3u);
 }
 
 TEST(ResizableArray2D, RowMajorElementsAndCheckedIndices) {

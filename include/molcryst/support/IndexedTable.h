@@ -3,13 +3,17 @@
 //
 // Removal costs one erase and renumbers nothing: the stored positions are
 // hints, and the first `index` that finds a stale hint rewrites them all.
+// Removing many values at once goes through `remove_if` or `remove_values`,
+// which filter the sequence in one pass and renumber once.
 #ifndef MOLCRYST_SUPPORT_INDEXEDTABLE_H
 #define MOLCRYST_SUPPORT_INDEXEDTABLE_H
 
 #include <algorithm>
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <map>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -57,6 +61,42 @@ public:
         values_.erase(position);
     }
 
+    /// Removes every value for which `doomed(value)` is true, judged before
+    /// any is removed; the others keep their order and close the gaps, as
+    /// `remove_value` of each in turn would leave them. One pass and one
+    /// renumbering, whatever the number removed. Returns that number.
+    template <class Predicate>
+    unsigned int remove_if(Predicate doomed) {
+        // Judged first, so that a predicate that throws leaves the table as it was.
+        std::vector<bool> marked(values_.size(), false);
+        std::size_t count = 0;
+        for (std::size_t i = 0; i < values_.size(); ++i)
+            if (doomed(static_cast<const V&>(values_[i]))) {
+                marked[i] = true;
+                ++count;
+            }
+        if (count == 0) return 0;
+        std::size_t kept = 0;
+        for (std::size_t i = 0; i < values_.size(); ++i) {
+            if (marked[i]) {
+                positions_.erase(values_[i]);
+                continue;
+            }
+            if (kept != i) values_[kept] = std::move(values_[i]);
+            ++kept;
+        }
+        values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(kept), values_.end());
+        renumber(values_);  // the map now holds exactly the values kept
+        return static_cast<unsigned int>(count);
+    }
+
+    /// Removes the values of the table that are in `values`, as `remove_if`
+    /// does; the others in `values` are ignored. Returns the number removed.
+    unsigned int remove_values(const std::set<V>& values) {
+        if (values.empty()) return 0;
+        return remove_if([&values](const V& v) { return values.count(v) != 0; });
+    }
+
     void clear() {
         values_.clear();
         positions_.clear();
@@ -89,10 +129,11 @@ public:
     const std::deque<V>& values() const { return values_; }
 
 private:
-    // Writes each value's new position into the map if `values` is a
-    // permutation of the keys; false, with the map's positions partly
-    // rewritten, if it is not.
-    bool renumber(const std::vector<V>& values) {
+    // Writes each value's new position into the map if `values` (a vector or
+    // a deque) is a permutation of the keys; false, with the map's positions
+    // partly rewritten, if it is not.
+    template <class Sequence>
+    bool renumber(const Sequence& values) {
         typedef std::pair<const V*, unsigned int> Entry;
         std::vector<Entry> by_key;
         by_key.reserve(values.size());
