@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <deque>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -196,4 +199,89 @@ TEST(OrderedGraph, AdjacencyMatrixFollowsTheIndices) {
     }
     // Indices: d 0, a 1, b 2, c 3.
     EXPECT_EQ(text, "0000 0010 0101 0010 ");
+}
+
+namespace {
+
+// Two hexagons, a-b-c-d-e-f and e-f-g-h-i-j, fused on the edge e-f; a tail
+// c-k-l, a triangle m-n-o and a lone node p.
+struct RingGraph {
+    std::vector<HNode> n;
+    OG g;
+    RingGraph() {
+        for (const char* label : {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n", "o", "p"})
+            n.push_back(node(label));
+        const int pairs[][2] = {{0, 1}, {1, 2}, {2, 3}, {3, 4},  {4, 5},   {5, 0},   {5, 6},   {6, 7},
+                                {7, 8}, {8, 9}, {9, 4}, {2, 10}, {10, 11}, {12, 13}, {13, 14}, {14, 12}};
+        for (const auto& p : pairs) g.add_edge(edge(n[p[0]]->label + n[p[1]]->label), n[p[0]], n[p[1]]);
+        g.add_node(n[15]);
+    }
+};
+
+// The rings of the basic ring set as label strings, then each node's smallest ring size.
+std::string ring_answers(const OG& g) {
+    std::deque<std::set<HNode> > rings;
+    g.basic_ring_set(rings);
+    std::vector<std::string> texts;
+    for (const std::set<HNode>& ring : rings) {
+        std::vector<std::string> labels;
+        for (const HNode& x : ring) labels.push_back(x->label);
+        std::sort(labels.begin(), labels.end());
+        std::string text;
+        for (const std::string& l : labels) text += l;
+        texts.push_back(text);
+    }
+    std::sort(texts.begin(), texts.end());
+    std::string out;
+    for (const std::string& t : texts) out += t + " ";
+    out += "|";
+    for (OG::const_node_iterator i = g.begin_nodes(); i != g.end_nodes(); ++i) {
+        int size = 0;
+        g.is_node_cyclic(*i, &size);
+        out += " " + (*i)->label + std::to_string(size);
+    }
+    return out;
+}
+
+}  // namespace
+
+TEST(OrderedGraph, RemovingNodesTogetherEqualsRemovingThemInTurn) {
+    // Sets of nodes to remove, by index into RingGraph::n; 16 stands for a
+    // node not in the graph. Rings are asked for before removing, so that
+    // stale caches would show.
+    const std::vector<std::vector<int> > cases = {
+        {3},                // breaks the first ring only
+        {9, 1, 15, 16, 9},  // both rings, the lone node, a stranger, a repeat
+        {12, 13, 14},       // a whole component
+        {4, 5, 11},         // the shared edge and a tail end
+        {},
+        {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15},
+    };
+    for (const std::vector<int>& doomed : cases) {
+        RingGraph together, in_turn;
+        const HNode stranger = node("x");
+        std::vector<HNode> nodes;
+        for (int i : doomed) nodes.push_back(i == 16 ? stranger : together.n[static_cast<std::size_t>(i)]);
+        const std::string before = ring_answers(together.g);
+        EXPECT_EQ(ring_answers(in_turn.g), before);
+        together.g.remove_nodes(nodes);
+
+        // The same nodes of the twin graph, in the same order.
+        for (int i : doomed) in_turn.g.remove_node(i == 16 ? stranger : in_turn.n[static_cast<std::size_t>(i)]);
+        EXPECT_EQ(layout(together.g), layout(in_turn.g));
+        EXPECT_EQ(ring_answers(together.g), ring_answers(in_turn.g));
+        EXPECT_TRUE(together.g.consistent());
+        EXPECT_EQ(together.g.OG::Base::nnodes(), static_cast<int>(together.g.nnodes()));
+        EXPECT_EQ(together.g.OG::Base::nedges(), static_cast<int>(together.g.nedges()));
+        for (unsigned int i = 0; i < together.g.nnodes(); ++i)
+            EXPECT_EQ(together.g.node_index(together.g.node(i)), static_cast<int>(i));
+        for (unsigned int i = 0; i < together.g.nedges(); ++i)
+            EXPECT_EQ(together.g.edge_index(together.g.edge(i)), static_cast<int>(i));
+    }
+
+    // Spelled out once: d and j go, so both hexagons open; the triangle stays.
+    RingGraph r;
+    r.g.remove_nodes({r.n[3], r.n[9]});
+    EXPECT_EQ(layout(r.g), "a b c e f g h i k l m n o p | ab bc ef fa fg gh hi ck kl mn no om");
+    EXPECT_EQ(ring_answers(r.g), "mno | a0 b0 c0 e0 f0 g0 h0 i0 k0 l0 m3 n3 o3 p0");
 }

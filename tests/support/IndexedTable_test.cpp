@@ -110,7 +110,8 @@ TEST(IndexedTable, BulkRemovalKeepsTheOrderOfTheRest) {
     EXPECT_EQ(layout(table), "10:0 30:1 40:2");
     EXPECT_FALSE(table.contains(20));
     EXPECT_EQ(error_text<std::out_of_range>([&] { table.at(3); }), "IndexedTable::at Illegal index: 3");
-    EXPECT_EQ(error_text<std::invalid_argument>([&] { table.index(50); }), "IndexedTable::index(Value): Unknown value.");
+    EXPECT_EQ(error_text<std::invalid_argument>([&] { table.index(50); }),
+              "IndexedTable::index(Value): Unknown value.");
     EXPECT_EQ(table.add(60), 3u);
 
     // Hints left stale by a single removal do not mislead the bulk one.
@@ -149,8 +150,8 @@ TEST(IndexedTable, BulkRemovalEqualsRemovingOneByOne) {
         if (random() % 3 == 0) doomed.insert(v);
     doomed.insert(values.front());
     doomed.insert(values.back());
-    for (int i = 0; i < 300; ++i)
-        if (doomed.count(values[static_cast<std::size_t>(i)]) != 0) single.remove_value(values[static_cast<std::size_t>(i)]);
+    for (const THandle<int>& v : values)
+        if (doomed.count(v) != 0) single.remove_value(v);
     EXPECT_EQ(bulk.remove_values(doomed), static_cast<unsigned int>(doomed.size()));
     expect_same(bulk, single, values);
 }
