@@ -24,10 +24,7 @@ Molecule3d::Molecule3d(const Molecule3d& x) : MoleculeGraphEditableImpl(x) {
     copy(x);
 }
 
-Molecule3d::Molecule3d(const Molecule& x) {
-    set_atom_typer(x.atom_typer());
-    copy(x);
-}
+Molecule3d::Molecule3d(const Molecule& x) : MoleculeGraphEditableImpl(x) { copy(x); }
 
 Molecule3d::Molecule3d(const OrderedGraph<HAtom, HBond>& g) { add_graph(g); }
 
@@ -41,8 +38,8 @@ Molecule3d::~Molecule3d() { MOLCRYST_DEBUG_LINE(3, "Entered Molecule3d::~Molecul
 
 Molecule3d& Molecule3d::operator=(const Molecule3d& x) {
     if (this == &x) return *this;
+    copy(x);  // first, so that a failed copy leaves the typer too
     Molecule::operator=(x);
-    copy(x);
     return *this;
 }
 
@@ -50,17 +47,59 @@ HMolecule Molecule3d::clone() const { return HMolecule(new Molecule3d(*this)); }
 
 void Molecule3d::copy(const Molecule& x) {
     if (&x == this) return;
-    clear();
+    // Everything is copied before anything here changes: a source that fails
+    // halfway (a view of atoms that are gone) leaves this molecule as it was.
     const int n = x.natoms();
-    for (int i = 0; i < n; ++i) add(HAtom(new Atom3d(*x.atom(i))));
+    std::vector<HAtom> atoms;
+    atoms.reserve(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i) atoms.push_back(HAtom(new Atom3d(*x.atom(i))));
     const int m = x.nbonds();
+    std::vector<HBond> bonds;
+    std::vector<std::pair<int, int> > ends;
+    bonds.reserve(static_cast<std::size_t>(m));
+    ends.reserve(static_cast<std::size_t>(m));
     for (int i = 0; i < m; ++i) {
         HBond b = x.bond(i);
-        add(HBond(new Bond3d(*b)), b->atom1()->index(), b->atom2()->index());
+        bonds.push_back(HBond(new Bond3d(*b)));
+        ends.push_back(std::make_pair(b->atom1()->index(), b->atom2()->index()));
     }
+    clear();
+    for (const HAtom& a : atoms) add(a);
+    for (int i = 0; i < m; ++i)
+        add(bonds[static_cast<std::size_t>(i)], ends[static_cast<std::size_t>(i)].first,
+            ends[static_cast<std::size_t>(i)].second);
 }
 
 void Molecule3d::assign(const Hvector_HAtom& atoms, const Hvector_HBondData& bonds) {
+    // Checked before anything changes, so that a failure leaves this
+    // molecule, and the atoms offered, as they were.
+    std::set<const Atom*> seen;
+    for (const HAtom& a : *atoms) {
+        if (a.unhand() == nullptr)
+            throw std::invalid_argument("ChemicalGraph<AtomType, BondType>::add(HAtomType) atom is a null pointer");
+        const HMoleculeGraph& owner = atom_in_graph(a)->graph_data().graph();
+        if (owner.unhand() != nullptr && owner.unhand() != &graph_.ordered_graph())
+            throw std::domain_error(
+                "ChemicalGraph<AtomType, BondType>::add(HAtomType) atom is already in another ChemicalGraph object");
+        if (!seen.insert(a.unhand()).second)
+            throw std::invalid_argument("Molecule3d::assign an atom is given twice");
+    }
+    const int n = static_cast<int>(atoms->size());
+    std::set<std::pair<int, int> > pairs;
+    for (const THandle<BondData>& b : *bonds) {
+        const int a1 = b->atom1(), a2 = b->atom2();
+        if (a1 < 0 || a1 >= n || a2 < 0 || a2 >= n)
+            throw std::out_of_range("Molecule3d::assign bond between atoms " + std::to_string(a1) + " and " +
+                                    std::to_string(a2) + " of " + std::to_string(n));
+        if (a1 == a2)
+            throw std::invalid_argument(
+                "ChemicalGraph<AtomType, BondType>::add(HBondType, HAtomType, HAtomType) an atom cannot be bonded "
+                "to itself");
+        if (!pairs.insert(std::make_pair(std::min(a1, a2), std::max(a1, a2))).second)
+            throw std::domain_error(
+                "ChemicalGraph<AtomType, BondType>::add(HBondType, HAtomType, HAtomType) atom1 and atom2 are already "
+                "in a different bond in this ChemicalGraph object");
+    }
     clear();
     for (const HAtom& a : *atoms) add(a);
     for (const THandle<BondData>& b : *bonds) add(HBond(new Bond3d(b->type())), atom(b->atom1()), atom(b->atom2()));
@@ -79,7 +118,7 @@ Hvector_HMolecule Molecule3d::inplace_split() {
     for (const HMoleculeGraph& part : *parts) {
         Molecule3d* m = new Molecule3d(*part);
         HMolecule held(m);
-        m->set_atom_typer(atom_typer());
+        m->set_atom_typer(atom_typer());  // the parts are typed as the whole was
         molecules->push_back(held);
     }
     return molecules;
@@ -89,6 +128,11 @@ bool Molecule3d::archivable() { return true; }
 
 void Molecule3d::write(Archive& ar) const {
     const int n = natoms();
+    // An atom that leaves nothing in an archive (a view of another atom)
+    // would make the record unreadable: refused before anything is written.
+    for (int i = 0; i < n; ++i)
+        if (!atom(i)->archivable())
+            throw std::runtime_error("Molecule3d::write atom " + std::to_string(i) + " cannot be archived");
     ar << n;
     for (int i = 0; i < n; ++i) ar << atom(i);
     const int m = nbonds();

@@ -8,6 +8,8 @@ namespace molcryst {
 
 MoleculeGraphImpl::MoleculeGraphImpl(const MoleculeGraphImpl& x) : Molecule(x) {}
 
+MoleculeGraphImpl::MoleculeGraphImpl(const Molecule& x) : Molecule(x) {}
+
 MoleculeGraphImpl& MoleculeGraphImpl::operator=(const MoleculeGraphImpl&) {
     graph_.clear();
     return *this;

@@ -41,6 +41,12 @@ MoleculeSubset::MoleculeSubset(const MoleculeSubset& x) : MoleculeGraphImpl(x), 
 
 MoleculeSubset& MoleculeSubset::operator=(const MoleculeSubset& x) {
     if (this == &x) return *this;
+    // A view whose chain of parents leads back to itself would hold itself alive.
+    for (const Molecule* m = x.parent_.unhand(); m != nullptr;) {
+        if (m == this) throw std::invalid_argument("MoleculeSubset::operator= a view cannot show itself");
+        const MoleculeSubset* s = dynamic_cast<const MoleculeSubset*>(m);
+        m = s != nullptr ? s->parent_.unhand() : nullptr;
+    }
     const std::vector<int> atoms = x.current_atom_selection();
     rebuild(x.parent_, atoms, x.current_bond_selection());
     Molecule::operator=(x);

@@ -18,6 +18,16 @@ ProxyAtom& ProxyAtom::operator=(const ProxyAtom& other) {
 
 ProxyAtom::~ProxyAtom() {}
 
+void ProxyAtom::set_parent_atom(const HAtom& parent) {
+    // Walk the chain of proxies behind the new parent, without recursion.
+    for (const Atom* a = parent.unhand(); a != nullptr;) {
+        if (a == this) throw std::invalid_argument("ProxyAtom::set_parent_atom - an atom cannot stand for itself");
+        const ProxyAtom* p = dynamic_cast<const ProxyAtom*>(a);
+        a = p != nullptr ? p->parent_atom_.unhand() : nullptr;
+    }
+    parent_atom_ = parent;
+}
+
 HAtom ProxyAtom::clone() const { return HAtom(new ProxyAtom(*this)); }
 
 const Atom& ProxyAtom::parent(const char* method) const {

@@ -16,6 +16,15 @@ ProxyBond& ProxyBond::operator=(const ProxyBond& other) {
 
 ProxyBond::~ProxyBond() {}
 
+void ProxyBond::set_parent_bond(const HBond& parent) {
+    for (const Bond* b = parent.unhand(); b != nullptr;) {
+        if (b == this) throw std::invalid_argument("ProxyBond::set_parent_bond - a bond cannot stand for itself");
+        const ProxyBond* p = dynamic_cast<const ProxyBond*>(b);
+        b = p != nullptr ? p->parent_bond_.unhand() : nullptr;
+    }
+    parent_bond_ = parent;
+}
+
 HBond ProxyBond::clone() const { return HBond(new ProxyBond(*this)); }
 
 BondType ProxyBond::type() const {

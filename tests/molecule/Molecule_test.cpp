@@ -322,11 +322,12 @@ TEST(Molecule, MergeMatchesAtomsBySymmetryTagAndPosition) {
     // The second molecule repeats O1 and H1 (same tags, positions within
     // tolerance) and brings a new atom bonded to O1, plus the O1-H1 bond again.
     HMolecule b(new Molecule3d());
+    b->add(atom_at(Element::K, "K1", -9, 0, 0));  // makes the sizes differ: the log counts this molecule's
     b->add(atom_at(Element::H, "H1copy", 0.9572, 0, 1e-6));
     b->add(atom_at(Element::O, "O1copy", 0, 0, 0));
     b->add(atom_at(Element::Na, "Na1", -2.5, 0, 0));
-    bond(*b, 0, 1);
     bond(*b, 1, 2);
+    bond(*b, 2, 3);
 
     std::ostringstream log;
     TARNLog::set_stream(&log);
@@ -336,20 +337,21 @@ TEST(Molecule, MergeMatchesAtomsBySymmetryTagAndPosition) {
     TARNLog::level_ = saved;
     TARNLog::set_stream(nullptr);
 
-    ASSERT_EQ(a.natoms(), 4);
-    EXPECT_EQ(a.atom(3)->label(), "Na1");
-    EXPECT_NE(a.atom(3), b->atom(2));  // a copy, not the atom itself
+    ASSERT_EQ(a.natoms(), 5);
+    EXPECT_EQ(a.atom(3)->label(), "K1");
+    EXPECT_EQ(a.atom(4)->label(), "Na1");
+    EXPECT_NE(a.atom(4), b->atom(3));  // a copy, not the atom itself
     EXPECT_EQ(a.nbonds(), 3);
-    EXPECT_EQ(a.bond_index(0, 3), 2);
+    EXPECT_EQ(a.bond_index(0, 4), 2);
     EXPECT_NE(log.str().find("Molecule::merge entered natoms=3 nbonds=2"), std::string::npos) << log.str();
-    EXPECT_NE(log.str().find("Molecule::merge completed natoms=4 nbonds=3"), std::string::npos) << log.str();
+    EXPECT_NE(log.str().find("Molecule::merge completed natoms=5 nbonds=3"), std::string::npos) << log.str();
 
     // A different symmetry tag at the same place is another atom.
     HMolecule c(new Molecule3d());
     c->add(atom_at(Element::O, "O1image", 0, 0, 0));
     c->atom(0)->set_symmtag(2);
     a.merge(c);
-    EXPECT_EQ(a.natoms(), 5);
+    EXPECT_EQ(a.natoms(), 6);
 }
 
 TEST(Molecule, AddCopiesAndGraphsMoveTheAtomsThemselves) {

@@ -7,25 +7,23 @@
 
 #include "molcryst/elements/Element.h"
 #include "molcryst/molecule/BondData.h"
-#include "molcryst/molecule/Molecule.h"
+#include "molcryst/support/THandle.h"
 
 namespace molcryst {
 
+/// Builds structures of family `T` (molecules, connectivity records): empty
+/// ones, atoms of an element, bonds between indices.
 template <class T>
-class ChemicalCreationInterface;
-
-/// Builds molecules: empty ones, atoms of an element, bonds between indices.
-template <>
-class ChemicalCreationInterface<Molecule> {
+class ChemicalCreationInterface {
 public:
     virtual ~ChemicalCreationInterface() = default;
-    virtual THandle<Molecule> create_molecule() const = 0;
+    virtual THandle<T> create_molecule() const = 0;
     /// Adds an atom of the element; its index.
-    virtual int add_atom(Molecule& molecule, const Element& element) const = 0;
+    virtual int add_atom(T& structure, const Element& element) const = 0;
     /// Adds a bond of the data's type between its two indices; its index.
-    virtual int add_bond(Molecule& molecule, const BondData& bond) const = 0;
+    virtual int add_bond(T& structure, const BondData& bond) const = 0;
     /// Adds copies of the atoms and bonds of `x`; the new atoms' indices.
-    virtual std::vector<int> add_molecule(Molecule& molecule, const Molecule& x) const = 0;
+    virtual std::vector<int> add_molecule(T& structure, const T& x) const = 0;
 
 protected:
     ChemicalCreationInterface() = default;

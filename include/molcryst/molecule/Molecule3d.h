@@ -44,8 +44,9 @@ public:
     Hvector_HMolecule split() const override;
     Hvector_HMolecule inplace_split() override;
     bool archivable() override;
+    /// Throws std::runtime_error, writing nothing, when an atom cannot be archived.
     void write(Archive& ar) const override;
-    /// On failure the molecule is left empty.
+    /// On failure the molecule is left as it was.
     void read(Archive& ar) override;
 
     /// The older layout: atoms, bonds, lists of alternative sites (the first

@@ -3,6 +3,7 @@
 #define MOLCRYST_MOLECULE_MOLECULE3DCREATOR_H
 
 #include "molcryst/molecule/ChemicalCreationInterface.h"
+#include "molcryst/molecule/Molecule.h"
 
 namespace molcryst {
 

@@ -55,6 +55,8 @@ protected:
     /// Copies the typer only; the graph starts empty, and each concrete
     /// class decides how to fill it.
     MoleculeGraphImpl(const MoleculeGraphImpl& x);
+    /// The same for a molecule of any kind: its typer is shared, the graph starts empty.
+    explicit MoleculeGraphImpl(const Molecule& x);
     /// Empties the graph; nothing else.
     MoleculeGraphImpl& operator=(const MoleculeGraphImpl& x);
 

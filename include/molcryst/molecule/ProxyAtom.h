@@ -42,7 +42,9 @@ public:
 
     const HAtom& parent_atom() const { return parent_atom_; }
     /// Points the proxy at another atom; the null handle marks it dead.
-    void set_parent_atom(const HAtom& parent) { parent_atom_ = parent; }
+    /// A parent that is, or stands for, this proxy itself would make a cycle
+    /// of handles and endless forwarding: std::invalid_argument.
+    void set_parent_atom(const HAtom& parent);
 
 private:
     /// The parent, or std::runtime_error naming `method` when there is none.

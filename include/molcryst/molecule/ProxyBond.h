@@ -27,7 +27,8 @@ public:
 
     const HBond& parent_bond() const { return parent_bond_; }
     /// Points the proxy at another bond; the null handle marks it dead.
-    void set_parent_bond(const HBond& parent) { parent_bond_ = parent; }
+    /// A parent that is, or stands for, this proxy itself: std::invalid_argument.
+    void set_parent_bond(const HBond& parent);
 
 private:
     HBond parent_bond_;  // null once the proxy has been marked dead
