@@ -239,6 +239,8 @@ bool Molecule::archivable() { return false; }
 void Molecule::write(Archive&) const {}
 void Molecule::read(Archive&) {}
 void Molecule::reorder_atoms(const std::vector<int>&) { editable_error("reorder_atoms"); }
+// Named as remove(HAtom) is: the batch stands for a series of those.
+int Molecule::remove_atoms(const std::vector<HAtom>&) { editable_error("remove"); }
 
 void Molecule::print(std::ostream& out) const {
     const int n = natoms();

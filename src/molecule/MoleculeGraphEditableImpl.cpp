@@ -43,6 +43,7 @@ void MoleculeGraphEditableImpl::remove_bond(int index) { graph_.remove_bond(grap
 void MoleculeGraphEditableImpl::remove(HBond bond) { graph_.remove_bond(bond); }
 void MoleculeGraphEditableImpl::isolate(HAtom atom) { graph_.isolate(atom); }
 void MoleculeGraphEditableImpl::clear() { graph_.clear(); }
+int MoleculeGraphEditableImpl::remove_atoms(const std::vector<HAtom>& atoms) { return graph_.remove_atoms(atoms); }
 
 void MoleculeGraphEditableImpl::reorder_atoms(const std::vector<int>& order) {
     const int n = natoms();

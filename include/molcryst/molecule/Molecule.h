@@ -122,6 +122,12 @@ public:
     virtual void print(std::ostream& out) const;
     /// `order[k]` is the old index of the atom that is to have index k.
     virtual void reorder_atoms(const std::vector<int>& order);
+    /// Removes the atoms of this molecule among `atoms`, with their bonds,
+    /// leaving the molecule and the atoms as `remove(HAtom)` of each in turn
+    /// would, only in one pass; others and repeats are ignored. Returns the
+    /// number removed. A class that overrides `remove(HAtom)` overrides this
+    /// too. A vector argument picks this over the template below.
+    virtual int remove_atoms(const std::vector<HAtom>& atoms);
 
     /// Raises editable_error(name) unless the molecule is editable.
     void check_editable(const char* name) const;
@@ -185,7 +191,9 @@ public:
     HMolecule create_molecule(const CrystalSymmetryTransformation& t, const Cell& cell) const;
 
     /// Removes every atom for which `predicate(HAtom)` is true, judged before
-    /// any is removed; the number removed.
+    /// any is removed, in one call of the virtual `remove_atoms`; the number
+    /// removed. With none to remove nothing is called, so a read-only
+    /// molecule refuses only when something would go.
     template <class Predicate>
     int remove_atoms(Predicate predicate) {
         std::vector<HAtom> doomed;
@@ -194,7 +202,7 @@ public:
             HAtom a = atom(i);
             if (predicate(a)) doomed.push_back(a);
         }
-        for (const HAtom& a : doomed) remove(a);
+        if (!doomed.empty()) remove_atoms(doomed);
         return static_cast<int>(doomed.size());
     }
 

@@ -1,0 +1,234 @@
+// Removing many atoms at once: the batch removal behind remove_hydrogens and
+// remove_atoms must leave the molecule, its ring answers and the removed
+// atoms and bonds exactly as removing the atoms one by one would.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <deque>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "molcryst/molecule/Atom3d.h"
+#include "molcryst/molecule/Bond3d.h"
+#include "molcryst/molecule/Molecule.h"
+#include "molcryst/molecule/Molecule3d.h"
+#include "molcryst/molecule/MoleculeSubset.h"
+#include "molcryst/molecule/Site.h"
+#include "molcryst/support/AtomPredicates.h"
+
+using namespace molcryst;
+
+namespace {
+
+template <class E, class F>
+std::string error_text(F f) {
+    try {
+        f();
+    } catch (const E& e) {
+        return e.what();
+    }
+    return "no exception";
+}
+
+HAtom atom_at(const Element& e, const std::string& label, double x, double y, double z) {
+    return HAtom(new Atom3d(e, label, HSite(new Site(Point(x, y, z)))));
+}
+
+// A chain of `units` benzene rings joined by methylene bridges, with what
+// remove_hydrogens must leave alone mixed in: every fifth unit has a
+// deuterium for a ring hydrogen (terminal, so it goes), every seventh a lone
+// hydrogen (not bonded), every eleventh a hydrogen bridging two ring carbons
+// and a hydrogen molecule (both ends terminal: both go).
+Molecule3d polymer(int units) {
+    Molecule3d m;
+    const double pi = 3.14159265358979;
+    auto add = [&m](const Element& e, double x, double y, double z) {
+        return m.add(atom_at(e, e.symbol() + std::to_string(m.natoms()), x, y, z));
+    };
+    auto bond = [&m](int a, int b, BondType type) { m.add(HBond(new Bond3d(type)), a, b); };
+    int previous_bridge = -1;
+    for (int u = 0; u < units; ++u) {
+        const double x0 = 5.3 * u;
+        int ring[6];
+        for (int r = 0; r < 6; ++r)
+            ring[r] = add(Element::C, x0 + 1.4 * (1 - std::cos(pi * r / 3)), 1.4 * std::sin(pi * r / 3), 0.0);
+        for (int r = 0; r < 6; ++r) bond(ring[r], ring[(r + 1) % 6], AROMATIC_BOND);
+        if (previous_bridge >= 0) bond(previous_bridge, ring[0], SINGLE_BOND);
+        for (int r : {1, 2, 4, 5}) {
+            const Element e = (u % 5 == 0 && r == 2) ? Element(Element::D) : Element(Element::H);
+            bond(ring[r], add(e, x0 + 1.4 - 2.48 * std::cos(pi * r / 3), 2.48 * std::sin(pi * r / 3), 0.0),
+                 SINGLE_BOND);
+        }
+        previous_bridge = add(Element::C, x0 + 4.3, 0.0, 0.0);
+        bond(ring[3], previous_bridge, SINGLE_BOND);
+        bond(previous_bridge, add(Element::H, x0 + 4.3, 0.6, 0.9), SINGLE_BOND);
+        bond(previous_bridge, add(Element::H, x0 + 4.3, 0.6, -0.9), SINGLE_BOND);
+        if (u % 7 == 0) add(Element::H, x0, 5.0, 0.0);
+        if (u % 11 == 0) {
+            const int bridging = add(Element::H, x0 + 1.4, 0.0, 1.0);
+            bond(ring[0], bridging, SINGLE_BOND);
+            bond(ring[3], bridging, SINGLE_BOND);
+            const int h1 = add(Element::H, x0, -5.0, 0.0), h2 = add(Element::H, x0 + 0.74, -5.0, 0.0);
+            bond(h1, h2, SINGLE_BOND);
+        }
+    }
+    return m;
+}
+
+// The rings of the basic ring set as sorted atom indices, then each atom's
+// smallest ring size; asking fills the ring caches.
+std::string ring_answers(const Molecule3d& m) {
+    std::deque<std::set<HAtom> > rings;
+    m.chemical_graph().ordered_graph().basic_ring_set(rings);
+    std::vector<std::vector<int> > by_index;
+    for (const std::set<HAtom>& ring : rings) {
+        std::vector<int> indices;
+        for (const HAtom& a : ring) indices.push_back(a->index());
+        std::sort(indices.begin(), indices.end());
+        by_index.push_back(indices);
+    }
+    std::sort(by_index.begin(), by_index.end());
+    std::ostringstream out;
+    for (const std::vector<int>& ring : by_index) {
+        for (int i : ring) out << i << ",";
+        out << " ";
+    }
+    out << "|";
+    for (int i = 0; i < m.natoms(); ++i) out << " " << m.atom(i)->graph_data().smallest_ring_size();
+    return out.str();
+}
+
+std::string printed(const Molecule& m) {
+    std::ostringstream out;
+    m.print(out);
+    return out.str();
+}
+
+// Every atom and bond answers its own position in the tables.
+void expect_indices_consistent(const Molecule& m) {
+    for (int i = 0; i < m.natoms(); ++i) EXPECT_EQ(m.atom(i)->index(), i);
+    for (int i = 0; i < m.nbonds(); ++i) EXPECT_EQ(m.bond(i)->index(), i);
+}
+
+const char* const free_atom_error = "ChemicalGraphAtomData<AtomType, BondType>::index cannot work when graph_ == 0";
+const char* const free_bond_error = "ChemicalGraphBondData<AtomType, BondType>::index cannot work when graph_ == 0";
+
+}  // namespace
+
+TEST(MoleculeRemove, RemoveHydrogensEqualsRemovingThemOneByOne) {
+    Molecule3d batch = polymer(120);
+    Molecule3d in_turn(batch);  // new atoms at the same indices
+    ASSERT_TRUE(batch == in_turn);
+    ASSERT_GT(batch.natoms(), 1500);
+    const std::string rings_before = ring_answers(batch);
+    EXPECT_EQ(ring_answers(in_turn), rings_before);
+
+    // The hydrogens that go and their bonds, kept to check that they end free.
+    const AtomTerminalHDPredicate<HAtom> terminal;
+    std::vector<HAtom> hydrogens, twins;
+    std::vector<HBond> bonds;
+    for (int i = 0; i < batch.natoms(); ++i) {
+        if (!terminal(batch.atom(i))) continue;
+        hydrogens.push_back(batch.atom(i));
+        twins.push_back(in_turn.atom(i));
+        for (const HBond& b : batch.atom(i)->bonds()) bonds.push_back(b);
+    }
+    for (const HAtom& h : twins) in_turn.remove(h);
+
+    EXPECT_EQ(batch.remove_hydrogens(), static_cast<int>(hydrogens.size()));
+    EXPECT_TRUE(batch == in_turn);
+    EXPECT_EQ(printed(batch), printed(in_turn));
+    EXPECT_EQ(ring_answers(batch), ring_answers(in_turn));
+    expect_indices_consistent(batch);
+    // What stays: carbons, the lone hydrogens and the bridging ones.
+    EXPECT_EQ(batch.natoms(), 120 * 7 + 18 + 11);
+    EXPECT_EQ(batch.nbonds(), 120 * 7 + 119 + 11 * 2);
+
+    for (const HAtom& h : hydrogens) {
+        EXPECT_EQ(h->graph_data().graph().unhand(), nullptr);
+        EXPECT_EQ(error_text<std::runtime_error>([&] { h->index(); }), free_atom_error);
+        EXPECT_FALSE(batch.has_atom(h));
+    }
+    for (const HBond& b : bonds) {
+        EXPECT_EQ(b->graph_data().graph().unhand(), nullptr);
+        EXPECT_EQ(error_text<std::runtime_error>([&] { b->index(); }), free_bond_error);
+    }
+    // A freed atom and bond may join another molecule.
+    Molecule3d other;
+    EXPECT_EQ(other.add(bonds.front(), hydrogens[0], hydrogens[1]), 0);
+    EXPECT_EQ(hydrogens[1]->index(), 1);
+}
+
+TEST(MoleculeRemove, RemoveAtomsIgnoresWhatRemoveIgnores) {
+    Molecule3d batch = polymer(3);
+    Molecule3d in_turn(batch);
+    Molecule3d elsewhere = polymer(1);
+    const HAtom stranger = elsewhere.atom(4);
+    const HAtom loose = atom_at(Element::N, "N9", 0, 0, 0);
+    // Out of index order, with a repeat, an atom of another molecule and a free one.
+    const std::vector<int> chosen = {20, 3, -1, 0, 20, -2, 31};
+    std::vector<HAtom> atoms, twins;
+    for (int i : chosen) {
+        atoms.push_back(i == -1 ? stranger : i == -2 ? loose : batch.atom(i));
+        twins.push_back(i == -1 ? stranger : i == -2 ? loose : in_turn.atom(i));
+    }
+    const std::string rings_before = ring_answers(batch);
+    EXPECT_EQ(ring_answers(in_turn), rings_before);
+    for (const HAtom& a : twins) in_turn.remove(a);
+
+    EXPECT_EQ(batch.remove_atoms(atoms), 4);
+    EXPECT_TRUE(batch == in_turn);
+    EXPECT_EQ(ring_answers(batch), ring_answers(in_turn));
+    expect_indices_consistent(batch);
+    EXPECT_EQ(stranger->index(), 4);
+    EXPECT_EQ(elsewhere.natoms(), 17);
+    EXPECT_EQ(loose->graph_data().graph().unhand(), nullptr);
+    for (const HAtom& a : atoms) EXPECT_FALSE(batch.has_atom(a));
+
+    // Through the base class, and with a braced list, the batch is still chosen.
+    Molecule& base = batch;
+    const HAtom first = batch.atom(0), last = batch.atom(batch.natoms() - 1);
+    EXPECT_EQ(base.remove_atoms({last, first}), 2);
+    in_turn.remove(in_turn.atom(in_turn.natoms() - 1));
+    in_turn.remove(in_turn.atom(0));
+    EXPECT_TRUE(batch == in_turn);
+    EXPECT_EQ(batch.remove_atoms(std::vector<HAtom>()), 0);
+    EXPECT_TRUE(batch == in_turn);
+    // A predicate still goes to the template, which judges every atom first.
+    auto plain_hydrogen = [](const HAtom& a) { return a->element() == Element(Element::H); };
+    std::vector<HAtom> hydrogens;
+    for (int i = 0; i < in_turn.natoms(); ++i)
+        if (plain_hydrogen(in_turn.atom(i))) hydrogens.push_back(in_turn.atom(i));
+    for (const HAtom& h : hydrogens) in_turn.remove(h);
+    EXPECT_EQ(batch.remove_atoms(plain_hydrogen), static_cast<int>(hydrogens.size()));
+    EXPECT_TRUE(batch == in_turn);
+    EXPECT_EQ(batch.natoms(), 43 - 6 - 20);
+}
+
+TEST(MoleculeRemove, RefusalsLeaveTheMoleculeAsItWas) {
+    Molecule3d m = polymer(2);
+    const Molecule3d copy(m);
+    const HAtom first = m.atom(0);
+    // A null atom anywhere in the list is refused before any atom goes, with
+    // the message of removing it alone.
+    const std::string null_error = error_text<std::invalid_argument>([&] { m.remove(HAtom()); });
+    EXPECT_EQ(null_error, "ChemicalGraph<AtomType, BondType>::remove_atom(HAtomType) atom is a null pointer");
+    EXPECT_EQ(error_text<std::invalid_argument>([&] { m.remove_atoms({first, HAtom(), m.atom(1)}); }), null_error);
+    EXPECT_TRUE(m == copy);
+    EXPECT_EQ(first->index(), 0);
+    EXPECT_EQ(first->nbonds(), 3);
+
+    // A read-only view refuses as remove(HAtom) does, but only when there is
+    // something to remove by predicate.
+    MoleculeSubset view(HMolecule(new Molecule3d(copy)));
+    view.select_all();
+    const std::string refusal = "Molecule::remove this molecule can not be edited.";
+    EXPECT_EQ(error_text<std::runtime_error>([&] { view.remove_atoms({view.atom(0)}); }), refusal);
+    EXPECT_EQ(error_text<std::runtime_error>([&] { view.remove_atoms(std::vector<HAtom>()); }), refusal);
+    EXPECT_EQ(error_text<std::runtime_error>([&] { view.remove_atoms([](const HAtom&) { return true; }); }), refusal);
+    EXPECT_EQ(view.remove_atoms([](const HAtom&) { return false; }), 0);
+    EXPECT_EQ(view.natoms(), copy.natoms());
+}
