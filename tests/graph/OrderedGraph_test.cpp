@@ -280,8 +280,25 @@ TEST(OrderedGraph, RemovingNodesTogetherEqualsRemovingThemInTurn) {
     }
 
     // Spelled out once: d and j go, so both hexagons open; the triangle stays.
+    // The edges come back node by node, in the order given, each once.
     RingGraph r;
-    r.g.remove_nodes({r.n[3], r.n[9]});
+    std::vector<HEdge> removed;
+    r.g.remove_nodes({r.n[3], r.n[9], r.n[3]}, &removed);
+    std::vector<std::string> labels;
+    for (const HEdge& e : removed) labels.push_back(e->label);
+    ASSERT_EQ(labels.size(), 4u);
+    std::sort(labels.begin(), labels.begin() + 2);
+    std::sort(labels.begin() + 2, labels.end());
+    EXPECT_EQ(labels, (std::vector<std::string>{"cd", "de", "ij", "je"}));
+    RingGraph shared;
+    removed.clear();
+    shared.g.remove_nodes({shared.n[4], shared.n[5]}, &removed);  // e, then f without the edge e-f
+    ASSERT_EQ(removed.size(), 5u);
+    labels.clear();
+    for (const HEdge& e : removed) labels.push_back(e->label);
+    std::sort(labels.begin(), labels.begin() + 3);
+    std::sort(labels.begin() + 3, labels.end());
+    EXPECT_EQ(labels, (std::vector<std::string>{"de", "ef", "je", "fa", "fg"}));
     EXPECT_EQ(layout(r.g), "a b c e f g h i k l m n o p | ab bc ef fa fg gh hi ck kl mn no om");
     EXPECT_EQ(ring_answers(r.g), "mno | a0 b0 c0 e0 f0 g0 h0 i0 k0 l0 m3 n3 o3 p0");
 }

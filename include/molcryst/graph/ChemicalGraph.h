@@ -9,8 +9,6 @@
 #ifndef MOLCRYST_GRAPH_CHEMICALGRAPH_H
 #define MOLCRYST_GRAPH_CHEMICALGRAPH_H
 
-#include <cstddef>
-#include <set>
 #include <stdexcept>
 #include <vector>
 
@@ -167,46 +165,36 @@ public:
     /// Removes the atoms of this graph among `atoms`, with their bonds, and
     /// frees them, leaving everything as remove_atom of each in turn would:
     /// the survivors keep their order, atoms of another graph, free ones and
-    /// repeats are ignored, and atoms and bonds are freed in the same order.
-    /// A null atom raises remove_atom's error before anything changes. The
-    /// tables are filtered once, so the cost is n log n however many go.
-    /// Returns the number of atoms removed.
+    /// repeats are ignored, and the bonds are freed in the same order. A null
+    /// atom raises remove_atom's error before anything changes. The tables
+    /// are filtered once, so the cost is n log n however many go. Returns
+    /// the number of atoms removed.
     int remove_atoms(const std::vector<HAtomType>& atoms) {
         validate();
         for (const HAtomType& atom : atoms)
             if (atom.unhand() == nullptr)
                 throw std::invalid_argument(
                     "ChemicalGraph<AtomType, BondType>::remove_atom(HAtomType) atom is a null pointer");
-        std::vector<HAtomType> doomed;
-        std::vector<HBondType> bonds;        // in the order remove_atom would free them
-        std::vector<std::size_t> bonds_end;  // per doomed atom, the end of its share of `bonds`
-        {
-            std::set<HAtomType> seen_atoms;
-            std::set<HBondType> seen_bonds;
-            for (const HAtomType& atom : atoms) {
-                if (atom->graph_data().graph() != graph_ || !seen_atoms.insert(atom).second) continue;
-                doomed.push_back(atom);
-                // remove_atom takes bond 0 each time: the bonds in neighbour order.
-                const NeighbourIterator end = graph_->node_end_neighbours(atom);
-                for (NeighbourIterator n = graph_->node_begin_neighbours(atom); n != end; ++n) {
-                    HBondType bond = graph_->edge(atom, *n);
-                    if (seen_bonds.insert(bond).second) bonds.push_back(bond);
-                }
-                bonds_end.push_back(bonds.size());
-            }
-        }
+        std::vector<HAtomType> doomed;  // repeats included: freeing skips them
+        for (const HAtomType& atom : atoms)
+            if (atom->graph_data().graph() == graph_) doomed.push_back(atom);
         if (doomed.empty()) return 0;
-        graph_->remove_nodes(doomed);
-        std::size_t b = 0;
-        for (std::size_t i = 0; i < doomed.size(); ++i) {
-            for (; b < bonds_end[i]; ++b) {
-                bonds[b]->graph_data().set_graph(HGraphType(), HBondType());
-                bonds[b] = HBondType();  // a bond nobody else holds dies here, as with remove_atom
-            }
-            doomed[i]->graph_data().set_graph(HGraphType(), HAtomType());
+        std::vector<HBondType> bonds;  // in the order remove_atom would free them
+        graph_->remove_nodes(doomed, &bonds);
+        // Only bonds can die here, as with remove_atom: the caller holds the
+        // atoms. So atoms and bonds are freed apart, each in their order.
+        for (HBondType& bond : bonds) {
+            bond->graph_data().set_graph(HGraphType(), HBondType());
+            bond = HBondType();  // a bond nobody else holds dies now
+        }
+        int count = 0;
+        for (const HAtomType& atom : doomed) {
+            if (atom->graph_data().graph() != graph_) continue;  // a repeat, freed already
+            atom->graph_data().set_graph(HGraphType(), HAtomType());
+            ++count;
         }
         validate();
-        return static_cast<int>(doomed.size());
+        return count;
     }
 
     /// Removes a bond of this graph and frees it; a bond of another graph, or

@@ -77,15 +77,20 @@ public:
     /// the graph, its ring caches and both tables as remove_node of each in
     /// turn would; unknown nodes and repeats are ignored. Each table is
     /// filtered and renumbered once, so that removing many nodes costs
-    /// n log n rather than a renumbering per node.
-    void remove_nodes(const std::vector<Tn>& nodes) {
+    /// n log n rather than a renumbering per node. The edges removed are
+    /// appended to `removed_edges` unless it is null, in the order that
+    /// remove_node in turn would drop them: node by node, in neighbour order.
+    void remove_nodes(const std::vector<Tn>& nodes, std::vector<Te>* removed_edges = nullptr) {
         std::set<Tn> doomed_nodes;
         std::set<Te> doomed_edges;
         for (const Tn& n : nodes) {
-            if (!Base::has_node(n) || !doomed_nodes.insert(n).second) continue;
-            const typename Base::NeighbourIterator end = Base::node_end_neighbours(n);
-            for (typename Base::NeighbourIterator m = Base::node_begin_neighbours(n); m != end; ++m)
-                doomed_edges.insert(Base::edge(n, *m));
+            typename std::map<Tn, typename Base::Node>::const_iterator found = Base::nodes().find(n);
+            if (found == Base::nodes().end() || !doomed_nodes.insert(n).second) continue;
+            const typename Base::Node& data = found->second;
+            for (typename Base::NeighbourIterator m = data.begin_neighbours(); m != data.end_neighbours(); ++m) {
+                const Te e = Base::edge(n, *m);
+                if (doomed_edges.insert(e).second && removed_edges != nullptr) removed_edges->push_back(e);
+            }
         }
         if (doomed_nodes.empty()) return;
         // Node by node through the base, which drops the ring caches as each removal must.
