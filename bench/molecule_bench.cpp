@@ -1,5 +1,6 @@
 // Costs of whole-molecule operations on Molecule3d: copying, writing and
-// reading archives, splitting into components, sort_atoms and reorder_atoms.
+// reading archives, splitting into components, sort_atoms, reorder_atoms and
+// remove_hydrogens.
 //
 // The molecule is a polymer of para-linked benzene rings and methylene
 // bridges, (-C6H4-CH2-)n, every atom with a site; one ring hydrogen near the
@@ -20,6 +21,7 @@
 #include <molcryst/molecule/Molecule3d.h>
 #include <molcryst/molecule/Site.h>
 #include <molcryst/support/Archive.h>
+#include <molcryst/support/AtomPredicates.h>
 
 using namespace molcryst;
 
@@ -178,5 +180,47 @@ void BM_MoleculeReorderAtoms(benchmark::State& state) {
     state.SetComplexityN(n);
 }
 BENCHMARK(BM_MoleculeReorderAtoms)->RangeMultiplier(10)->Range(1000, 100000)->Unit(benchmark::kMillisecond)->Complexity();
+
+// remove_hydrogens on a fresh copy each time (the copy is not timed): 6 atoms
+// in 13 go, with their bonds.
+void BM_MoleculeRemoveHydrogens(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(0));
+    HMolecule3d m = chain(n);
+    for (auto _ : state) {
+        state.PauseTiming();
+        Molecule3d* copy = new Molecule3d(*m);
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(copy->remove_hydrogens());
+        state.PauseTiming();
+        delete copy;
+        state.ResumeTiming();
+    }
+    state.SetComplexityN(n);
+}
+BENCHMARK(BM_MoleculeRemoveHydrogens)->RangeMultiplier(10)->Range(1000, 100000)->Unit(benchmark::kMillisecond)->Complexity();
+
+// The same hydrogens removed one by one through remove(HAtom), as
+// remove_hydrogens did before it removed them in one pass: each removal
+// renumbers the index tables, so the cost is quadratic and 10^5 atoms would
+// take minutes.
+void BM_MoleculeRemoveHydrogensOneByOne(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(0));
+    HMolecule3d m = chain(n);
+    const AtomTerminalHDPredicate<HAtom> terminal;
+    for (auto _ : state) {
+        state.PauseTiming();
+        Molecule3d* copy = new Molecule3d(*m);
+        state.ResumeTiming();
+        std::vector<HAtom> doomed;
+        for (int i = 0; i < copy->natoms(); ++i)
+            if (terminal(copy->atom(i))) doomed.push_back(copy->atom(i));
+        for (const HAtom& a : doomed) copy->remove(a);
+        state.PauseTiming();
+        doomed.clear();
+        delete copy;
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_MoleculeRemoveHydrogensOneByOne)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
