@@ -153,7 +153,8 @@ void Molecule::merge(const HMolecule& x_in) {
         HBond b = x->bond(i);
         const int a1 = mapped[static_cast<std::size_t>(b->atom1()->index())];
         const int a2 = mapped[static_cast<std::size_t>(b->atom2()->index())];
-        if (bond_index(a1, a2) == -1) add(b->clone(), a1, a2);
+        // Two bonded atoms of x can both stand on one atom here; their bond is then dropped.
+        if (a1 != a2 && bond_index(a1, a2) == -1) add(b->clone(), a1, a2);
     }
     MOLCRYST_DEBUG_LINE(3, "Molecule::merge completed natoms=" << natoms() << " nbonds=" << nbonds());
 }
@@ -491,11 +492,12 @@ void Molecule::remove_graph(const OrderedGraph<HAtom, HBond>& g) {
 
 namespace {
 
-// A copy of the atom with a site of its own: an atom whose clone shares its
-// site (a view of another atom) is copied as a plain atom instead.
+// A copy of the atom that lives on its own: an atom whose clone still
+// forwards to another atom (a view), and so shares its site or leaves
+// nothing in an archive, is copied as a plain atom instead.
 HAtom independent_copy(const HAtom& atom) {
     HAtom copy = atom->clone();
-    if (copy->has_site() && copy->site() == atom->site()) copy = HAtom(new Atom3d(*atom));
+    if (!copy->archivable() || (copy->has_site() && copy->site() == atom->site())) copy = HAtom(new Atom3d(*atom));
     return copy;
 }
 

@@ -36,6 +36,7 @@ public:
 protected:
     MoleculeGraphEditableImpl() = default;
     MoleculeGraphEditableImpl(const MoleculeGraphEditableImpl& x) = default;
+    explicit MoleculeGraphEditableImpl(const Molecule& x) : MoleculeGraphImpl(x) {}
     MoleculeGraphEditableImpl& operator=(const MoleculeGraphEditableImpl& x) = default;
 };
 
