@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "common/ArchiveBytes.h"
+#include "common/ErrorText.h"
 
 #include <unistd.h>
 
@@ -19,6 +20,7 @@
 #include "molcryst/support/VersionedArchive.h"
 
 using namespace molcryst;
+using molcryst::testing::error_text;
 using molcryst::testing::archive_of;
 using molcryst::testing::bytes_of;
 
@@ -28,16 +30,6 @@ std::vector<unsigned char> le32(int v) {
     unsigned int u = static_cast<unsigned int>(v);
     return {static_cast<unsigned char>(u), static_cast<unsigned char>(u >> 8), static_cast<unsigned char>(u >> 16),
             static_cast<unsigned char>(u >> 24)};
-}
-
-template <class E, class F>
-std::string error_text(F f) {
-    try {
-        f();
-    } catch (const E& e) {
-        return e.what();
-    }
-    return "no exception";
 }
 
 }  // namespace

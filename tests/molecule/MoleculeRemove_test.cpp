@@ -3,6 +3,8 @@
 // atoms and bonds exactly as removing the atoms one by one would.
 #include <gtest/gtest.h>
 
+#include "common/ErrorText.h"
+
 #include <algorithm>
 #include <cmath>
 #include <deque>
@@ -20,18 +22,9 @@
 #include "molcryst/support/AtomPredicates.h"
 
 using namespace molcryst;
+using molcryst::testing::error_text;
 
 namespace {
-
-template <class E, class F>
-std::string error_text(F f) {
-    try {
-        f();
-    } catch (const E& e) {
-        return e.what();
-    }
-    return "no exception";
-}
 
 HAtom atom_at(const Element& e, const std::string& label, double x, double y, double z) {
     return HAtom(new Atom3d(e, label, HSite(new Site(Point(x, y, z)))));

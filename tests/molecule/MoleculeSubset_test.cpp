@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "common/ArchiveBytes.h"
+#include "common/ErrorText.h"
 #include "molcryst/geometry/GeometryFunctions.h"
 #include "molcryst/molecule/Atom3d.h"
 #include "molcryst/molecule/Bond3d.h"
@@ -22,20 +23,11 @@
 #include "molcryst/molecule/Site.h"
 
 using namespace molcryst;
+using molcryst::testing::error_text;
 using molcryst::testing::archive_of;
 using molcryst::testing::bytes_of;
 
 namespace {
-
-template <class E, class F>
-std::string error_text(F f) {
-    try {
-        f();
-    } catch (const E& e) {
-        return e.what();
-    }
-    return "no exception";
-}
 
 HAtom atom_at(const Element& e, const std::string& label, double x, double y, double z) {
     return HAtom(new Atom3d(e, label, HSite(new Site(Point(x, y, z)))));

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/ErrorText.h"
+
 #include <cmath>
 #include <sstream>
 #include <string>
@@ -20,20 +22,11 @@
 #include "molcryst/support/TARNLog.h"
 
 using namespace molcryst;
+using molcryst::testing::error_text;
 
 namespace {
 
 const double pi = 3.14159265358979323846;
-
-template <class E, class F>
-std::string error_text(F f) {
-    try {
-        f();
-    } catch (const E& e) {
-        return e.what();
-    }
-    return "no exception";
-}
 
 HAtom atom_at(const Element& e, const std::string& label, double x, double y, double z) {
     return HAtom(new Atom3d(e, label, HSite(new Site(Point(x, y, z)))));

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/ErrorText.h"
+
 #include <string>
 
 #include "molcryst/graph/ChemicalGraph.h"
@@ -13,20 +15,7 @@
 #include "molcryst/molecule/Site.h"
 
 using namespace molcryst;
-
-namespace {
-
-template <class E, class F>
-std::string error_text(F f) {
-    try {
-        f();
-    } catch (const E& e) {
-        return e.what();
-    }
-    return "no exception";
-}
-
-}  // namespace
+using molcryst::testing::error_text;
 
 TEST(ProxyAtom, ForwardsChemistryAndRefusesEverySetter) {
     HAtom parent(new Atom3d(Element::N, "N1", HSite(new Site(Point(1, 2, 3)))));

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/ErrorText.h"
+
 #include <algorithm>
 #include <random>
 #include <set>
@@ -13,18 +15,9 @@
 #include "molcryst/support/THandle.h"
 
 using namespace molcryst;
+using molcryst::testing::error_text;
 
 namespace {
-template <class E, class F>
-std::string error_text(F f) {
-    try {
-        f();
-    } catch (const E& e) {
-        return e.what();
-    }
-    return "no exception";
-}
-
 IndexedTable<int> table_of(const std::vector<int>& values) {
     IndexedTable<int> table;
     for (int v : values) table.add(v);
