@@ -1,7 +1,9 @@
-// Test helpers: the raw bytes of an archive, and an archive made of given bytes.
+// Test helpers: the raw bytes of an archive, an archive made of given bytes,
+// and archive words spelled out as bytes.
 #ifndef MOLCRYST_TESTS_COMMON_ARCHIVEBYTES_H
 #define MOLCRYST_TESTS_COMMON_ARCHIVEBYTES_H
 
+#include <cstddef>
 #include <cstdio>
 #include <vector>
 
@@ -26,6 +28,28 @@ inline Archive archive_of(const std::vector<unsigned char>& bytes) {
     if (!bytes.empty()) ar.write_bytes(bytes.data(), bytes.size());
     ar.rewind();
     return ar;
+}
+
+/// The bytes an archive holds for the ints `values`, little-endian.
+inline std::vector<unsigned char> words(const std::vector<int>& values) {
+    std::vector<unsigned char> out;
+    for (int v : values)
+        for (int shift = 0; shift < 32; shift += 8)
+            out.push_back(static_cast<unsigned char>(static_cast<unsigned>(v) >> shift));
+    return out;
+}
+
+/// The first `n` bytes of `bytes`.
+inline std::vector<unsigned char> cut(const std::vector<unsigned char>& bytes, std::size_t n) {
+    return std::vector<unsigned char>(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(n));
+}
+
+/// What `x.write` puts in an archive.
+template <class T>
+std::vector<unsigned char> written(const T& x) {
+    Archive ar = Archive::temporary();
+    x.write(ar);
+    return bytes_of(ar);
 }
 
 }  // namespace testing

@@ -4,67 +4,45 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstring>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "TestMolecules.h"
 #include "common/ArchiveBytes.h"
 #include "common/ErrorText.h"
-#include "molcryst/molecule/Atom3d.h"
-#include "molcryst/molecule/Bond3d.h"
+#include "common/Text.h"
 #include "molcryst/molecule/Molecule3dCreator.h"
 #include "molcryst/molecule/ProteinAtom.h"
-#include "molcryst/molecule/Site.h"
-#include "molcryst/support/TARNLog.h"
 #include "molcryst/support/VersionedArchive.h"
 
 using namespace molcryst;
-using molcryst::testing::error_text;
-using molcryst::testing::archive_of;
-using molcryst::testing::bytes_of;
+using namespace molcryst::testing;
 
 namespace {
 
-HAtom atom_at(const Element& e, const std::string& label, double x, double y, double z) {
-    return HAtom(new Atom3d(e, label, HSite(new Site(Point(x, y, z)))));
-}
-
-// A bond class of its own, to show that archives keep types, not classes.
+// A bond class of its own, to show that copies and archives keep types, not classes.
 class MarkedBond : public Bond3d {
 public:
     explicit MarkedBond(BondType t) : Bond3d(t) {}
     HBond clone() const override { return HBond(new MarkedBond(*this)); }
 };
 
-// Formaldehyde and a separate ammonium ion: two components.
+// Formaldehyde (bond 1, H1 to C1, a MarkedBond) and a separate ammonium ion.
 Molecule3d two_components() {
-    Molecule3d m;
-    m.add(atom_at(Element::C, "C1", 0, 0, 0));
-    m.add(atom_at(Element::O, "O1", 1.21, 0, 0));
-    m.add(atom_at(Element::N, "N1", 5, 5, 5));
-    m.add(atom_at(Element::H, "H1", -0.55, 0.94, 0));
-    m.add(atom_at(Element::H, "H2", 5.5, 5.8, 5));
-    m.add(atom_at(Element::H, "H3", -0.55, -0.94, 0));
-    m.atom(2)->set_formal_charge(1);
-    m.atom(1)->set_symmtag(7);
-    m.add(HBond(new Bond3d(DOUBLE_BOND)), 0, 1);
-    m.add(HBond(new MarkedBond(SINGLE_BOND)), 3, 0);
-    m.add(HBond(new Bond3d(SINGLE_BOND)), 2, 4);
-    m.add(HBond(new Bond3d(SINGLE_BOND)), 0, 5);
-    return m;
+    HMolecule3d m = molecule(
+        "C C1 0 0 0; O O1 1.21 0 0; N N1 5 5 5; H H1 -0.55 0.94 0; H H2 5.5 5.8 5; H H3 -0.55 -0.94 0", "C1=O1");
+    m->add(HBond(new MarkedBond(SINGLE_BOND)), 3, 0);
+    add_bonds(*m, "N1-H2 C1-H3");
+    m->atom(2)->set_formal_charge(1);
+    m->atom(1)->set_symmtag(7);
+    return *m;
 }
 
-std::vector<unsigned char> le32(int v) {
-    unsigned int u = static_cast<unsigned int>(v);
-    return {static_cast<unsigned char>(u), static_cast<unsigned char>(u >> 8), static_cast<unsigned char>(u >> 16),
-            static_cast<unsigned char>(u >> 24)};
-}
-
-std::vector<unsigned char> archived(const Molecule& m) {
-    Archive ar = Archive::temporary();
-    m.write(ar);
-    return bytes_of(ar);
+// The end of every molecule record: the reserved name, length 8 and eight blanks.
+std::vector<unsigned char> name_record() {
+    std::vector<unsigned char> name = words({8});
+    name.insert(name.end(), 8, ' ');
+    return name;
 }
 
 }  // namespace
@@ -74,6 +52,7 @@ TEST(Molecule3d, CopiesShareNothingButTheTyper) {
     Molecule3d b(a);
     EXPECT_TRUE(a == b);
     EXPECT_EQ(b.atom_typer(), a.atom_typer());
+    EXPECT_NE(Molecule3d().atom_typer(), a.atom_typer());
     for (int i = 0; i < a.natoms(); ++i) {
         EXPECT_NE(a.atom(i), b.atom(i));
         EXPECT_NE(a.atom(i)->site(), b.atom(i)->site());
@@ -111,13 +90,9 @@ TEST(Molecule3d, CopyingProteinAtomsGivesPlainAtoms) {
 
 TEST(Molecule3d, ArchiveRoundTripKeepsOrderLabelsChargesAndBondTypes) {
     Molecule3d a = two_components();
-    std::vector<unsigned char> bytes = archived(a);
-    // The reserved name closes the record: length 8 and eight blanks.
+    std::vector<unsigned char> bytes = written(a);
     ASSERT_GE(bytes.size(), 12u);
-    std::vector<unsigned char> tail(bytes.end() - 12, bytes.end());
-    std::vector<unsigned char> expected = le32(8);
-    expected.insert(expected.end(), 8, ' ');
-    EXPECT_EQ(tail, expected);
+    EXPECT_EQ(std::vector<unsigned char>(bytes.end() - 12, bytes.end()), name_record());
 
     Archive ar = archive_of(bytes);
     Molecule3d b(ar);
@@ -131,61 +106,45 @@ TEST(Molecule3d, ArchiveRoundTripKeepsOrderLabelsChargesAndBondTypes) {
     EXPECT_EQ(handle_dynamic_cast<MarkedBond>(b.bond(1)).unhand(), nullptr);
 
     // An empty molecule survives too, and reading replaces what was there.
-    Molecule3d empty;
-    Archive ar2 = archive_of(archived(empty));
-    b.read(ar2);
+    Archive empty = archive_of(written(Molecule3d()));
+    b.read(empty);
     EXPECT_EQ(b.natoms(), 0);
 }
 
 TEST(Molecule3d, TruncatedOrCorruptArchivesThrowAndLeaveTheMoleculeAlone) {
-    Molecule3d a = two_components();
-    const std::vector<unsigned char> bytes = archived(a);
+    const Molecule3d a = two_components();
+    const std::vector<unsigned char> bytes = written(a);
     for (std::size_t n = 0; n < bytes.size(); ++n) {
-        Archive ar = archive_of(std::vector<unsigned char>(bytes.begin(), bytes.begin() + static_cast<long>(n)));
+        Archive ar = archive_of(cut(bytes, n));
         Molecule3d target = two_components();
         EXPECT_THROW(target.read(ar), std::runtime_error) << n;
         EXPECT_TRUE(target == a) << n;
     }
 
-    // Bond records: atom1 in the top 14 bits, atom2 in the next 14, type in the low 4.
-    auto with_bonds = [](const std::vector<unsigned int>& packed) {
-        Molecule3d two;
-        two.add(atom_at(Element::C, "C1", 0, 0, 0));
-        two.add(atom_at(Element::C, "C2", 1.5, 0, 0));
-        std::vector<unsigned char> b = archived(two);
+    // Two carbons and the given bond records: atom1 in the top 14 bits,
+    // atom2 in the next 14, the type in the low 4.
+    auto with_bonds = [](std::vector<int> packed) {
+        std::vector<unsigned char> b = written(*molecule("C C1 0 0 0; C C2 1.5 0 0"));
         b.resize(b.size() - 16);  // drop the bond count 0 and the name
-        std::vector<unsigned char> count = le32(static_cast<int>(packed.size()));
-        b.insert(b.end(), count.begin(), count.end());
-        for (unsigned int p : packed) {
-            std::vector<unsigned char> v = le32(static_cast<int>(p));
-            b.insert(b.end(), v.begin(), v.end());
-        }
-        std::vector<unsigned char> name = le32(8);
-        name.insert(name.end(), 8, ' ');
-        b.insert(b.end(), name.begin(), name.end());
+        packed.insert(packed.begin(), static_cast<int>(packed.size()));
+        for (unsigned char c : words(packed)) b.push_back(c);
+        for (unsigned char c : name_record()) b.push_back(c);
         return b;
     };
-    auto pack = [](unsigned int a1, unsigned int a2, unsigned int t) { return (a1 << 18) + (a2 << 4) + t; };
-    {
-        Archive ar = archive_of(with_bonds({pack(0, 1, 2)}));
-        Molecule3d ok(ar);
-        EXPECT_EQ(ok.bond(0)->type(), DOUBLE_BOND);
-    }
-    const std::vector<std::vector<unsigned int> > bad = {
-        {pack(0, 2, 1)}, {pack(1, 1, 1)}, {pack(0, 1, 1), pack(1, 0, 1)}};
-    for (const std::vector<unsigned int>& b : bad) {
-        Archive ar = archive_of(with_bonds(b));
+    auto pack = [](int a1, int a2, int t) { return (a1 << 18) + (a2 << 4) + t; };
+    Archive good = archive_of(with_bonds({pack(0, 1, 2)}));
+    EXPECT_EQ(Molecule3d(good).bond(0)->type(), DOUBLE_BOND);
+    // An atom out of range, a bond of an atom to itself, a bond twice.
+    for (const std::vector<int>& bad : {std::vector<int>{pack(0, 2, 1)}, std::vector<int>{pack(1, 1, 1)},
+                                        std::vector<int>{pack(0, 1, 1), pack(1, 0, 1)}}) {
+        Archive ar = archive_of(with_bonds(bad));
         Molecule3d target = two_components();
-        EXPECT_THROW(target.read(ar), std::runtime_error);
-        EXPECT_EQ(target.natoms(), 6);
-    }
-    {
-        Archive ar = archive_of(with_bonds({pack(0, 2, 1)}));
-        EXPECT_EQ(error_text<std::runtime_error>([&] { Molecule3d m(ar); }).rfind("Molecule3d::read bonds", 0), 0u);
+        EXPECT_EQ(error_text<std::runtime_error>([&] { target.read(ar); }).rfind("Molecule3d::read bonds", 0), 0u);
+        EXPECT_TRUE(target == a);
     }
     // A count far beyond the file is refused before anything is allocated.
     for (int count : {-1, 0x7fffffff}) {
-        Archive ar = archive_of(le32(count));
+        Archive ar = archive_of(words({count}));
         EXPECT_THROW(Molecule3d m(ar), std::runtime_error);
     }
 }
@@ -201,25 +160,25 @@ TEST(Molecule3d, VersionOneArchiveKeepsTheFirstAlternativeSite) {
         const Element elements[2] = {Element::O, Element::H};
         for (int i = 0; i < 2; ++i) {
             elements[i].write(ar);
-            ar << static_cast<unsigned short>(0) << static_cast<short>(i == 0 ? -1 : 0) << 0.7
-               << std::string(labels[i]) << 0 << 0 << 0.0 << 0.0 << 0.0 << (i + 3) << false;
+            ar << static_cast<unsigned short>(0) << static_cast<short>(i == 0 ? -1 : 0) << 0.7 << std::string(labels[i])
+               << 0 << 0 << 0.0 << 0.0 << 0.0 << (i + 3) << false;
         }
-        ar << 1;                 // bonds
+        ar << 1;  // bonds
         ar << ((0u << 18) + (1u << 4) + 1u);
-        ar << 2;                 // alternative sites: two for O1, none for H1
+        ar << 2;  // alternative sites: two for O1, none for H1
         ar << 2;
         ar << Point(1, 2, 3) << Point(0.1, 0.2, 0.3) << 1.0;
         ar << Point(7, 8, 9) << Point(0.7, 0.8, 0.9) << 0.5;
         ar << 0;
         ar << 1 << 3 << 10 << 11 << 12;  // index lists, dropped
         ar << 42 << std::string("name") << true;
-        ar << 99;                // what follows the molecule
+        ar << 99;  // what follows the molecule
     }
     std::rewind(file);
     VersionedArchive in(file, false);
     in.set_version(1);
     Molecule3d m;
-    m.add(atom_at(Element::C, "old", 0, 0, 0));
+    m.add(atom_at("C", "old", 0, 0, 0));
     m.read(in);
     int after = 0;
     in >> after;
@@ -247,9 +206,8 @@ TEST(Molecule3d, SplitCopiesWhileInplaceSplitHandsOverTheAtoms) {
     Hvector_HMolecule copies = m.split();
     ASSERT_EQ(copies->size(), 2u);
     EXPECT_EQ(m.natoms(), 6);
-    EXPECT_EQ((*copies)[0]->natoms(), 4);  // C1 O1 H1 H3, in their old order
-    EXPECT_EQ((*copies)[0]->atom(2)->label(), "H1");
-    EXPECT_EQ((*copies)[1]->atom(0)->label(), "N1");
+    EXPECT_EQ(labels_of(*(*copies)[0]), (std::vector<std::string>{"C1", "O1", "H1", "H3"}));  // in their old order
+    EXPECT_EQ(labels_of(*(*copies)[1]), (std::vector<std::string>{"N1", "H2"}));
     EXPECT_NE((*copies)[0]->atom(0), atoms[0]);
     EXPECT_EQ((*copies)[0]->nbonds(), 3);
 
@@ -265,37 +223,39 @@ TEST(Molecule3d, SplitCopiesWhileInplaceSplitHandsOverTheAtoms) {
     EXPECT_TRUE((*parts)[0]->editable());
 
     // One component goes the same way, and the molecule ends empty.
-    Molecule3d single;
-    single.add(atom_at(Element::C, "C1", 0, 0, 0));
+    Molecule3d single(*molecule("C C1 0 0 0"));
     Hvector_HMolecule one = single.inplace_split();
     ASSERT_EQ(one->size(), 1u);
     EXPECT_EQ(single.natoms(), 0);
     EXPECT_EQ((*one)[0]->atom(0)->label(), "C1");
 }
 
-TEST(Molecule3d, AssignTakesTheAtomsThemselves) {
-    Hvector_HAtom atoms(new std::vector<HAtom>{atom_at(Element::N, "N1", 0, 0, 0), atom_at(Element::N, "N2", 1.1, 0, 0)});
+TEST(Molecule3d, AssignTakesTheAtomsThemselvesOrNothing) {
+    Hvector_HAtom atoms(new std::vector<HAtom>{atom_at("N", "N1", 0, 0, 0), atom_at("N", "N2", 1.1, 0, 0)});
     Hvector_HBondData bonds(new std::vector<THandle<BondData> >{THandle<BondData>(new BondData(1, 0, TRIPLE_BOND))});
-    std::ostringstream log;
-    TARNLog::set_stream(&log);
-    const int saved = TARNLog::level_;
-    TARNLog::level_ = 3;
-    {
+    const std::string log = log_of(3, [&] {
         Molecule3d m(atoms, bonds);
         EXPECT_EQ(m.atom(1), (*atoms)[1]);
         EXPECT_EQ(m.bond(0)->atom1(), (*atoms)[1]);
         EXPECT_EQ(m.bond(0)->type(), TRIPLE_BOND);
         // The atoms belong to m now: another molecule cannot take them.
         EXPECT_THROW(Molecule3d other(atoms, bonds), std::domain_error);
-    }
-    TARNLog::level_ = saved;
-    TARNLog::set_stream(nullptr);
-    const std::string text = log.str();
-    EXPECT_NE(text.find("Entered Molecule3d::Molecule3d(, atoms 2, bonds 1- 0x"), std::string::npos) << text;
-    EXPECT_NE(text.find("Entered Molecule::Molecule() - 0x"), std::string::npos);
-    EXPECT_NE(text.find("Entered Molecule3d::~Molecule3d() - 0x"), std::string::npos);
-    EXPECT_NE(text.find("Entered Molecule::~Molecule() - 0x"), std::string::npos);
-    EXPECT_EQ((*atoms)[0]->graph_data().graph().unhand(), nullptr);  // freed when the molecule died
+    });
+    EXPECT_NE(log.find("Entered Molecule3d::Molecule3d(, atoms 2, bonds 1- 0x"), std::string::npos) << log;
+    EXPECT_NE(log.find("Entered Molecule::Molecule() - 0x"), std::string::npos);
+    EXPECT_NE(log.find("Entered Molecule3d::~Molecule3d() - 0x"), std::string::npos);
+    EXPECT_NE(log.find("Entered Molecule::~Molecule() - 0x"), std::string::npos);
+    EXPECT_TRUE(is_free((*atoms)[0]));  // freed when the molecule died
+
+    // A bond to an atom that isn't there: the molecule keeps its atoms and
+    // the atoms offered stay free.
+    Molecule3d m = two_components();
+    const Molecule3d before(m);
+    (*bonds)[0] = THandle<BondData>(new BondData(0, 5, SINGLE_BOND));
+    EXPECT_ANY_THROW(m.assign(atoms, bonds));
+    EXPECT_TRUE(m == before);
+    EXPECT_TRUE(is_free((*atoms)[0]));
+    EXPECT_TRUE(is_free((*atoms)[1]));
 }
 
 TEST(Molecule3d, OnlyAtomsAndBondsWithGraphDataCanBeStored) {
@@ -340,7 +300,6 @@ TEST(Molecule3d, CreatorBuildsMoleculesWithoutNamingTheClass) {
     EXPECT_EQ(factory.add_bond(*m, BondData(1, 0, DOUBLE_BOND)), 0);
     EXPECT_EQ(m->bond(0)->atom1(), m->atom(1));
     EXPECT_EQ(m->bond(0)->type(), DOUBLE_BOND);
-    std::vector<int> added = factory.add_molecule(*m, two_components());
-    EXPECT_EQ(added, (std::vector<int>{2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(factory.add_molecule(*m, two_components()), (std::vector<int>{2, 3, 4, 5, 6, 7}));
     EXPECT_EQ(m->nbonds(), 5);
 }

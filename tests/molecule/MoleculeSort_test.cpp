@@ -2,49 +2,40 @@
 // ascending neighbours at every level, a walk that resumes where a deeper one
 // left off, other components left behind), reorder_atoms with a partial
 // order, and a chain of a million atoms walked without recursion.
-#include "molcryst/molecule/Molecule.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "molcryst/molecule/Atom3d.h"
-#include "molcryst/molecule/Bond3d.h"
-#include "molcryst/molecule/Molecule3d.h"
-#include "molcryst/support/Archive.h"
+#include "TestMolecules.h"
+#include "common/ArchiveBytes.h"
+#include "common/ErrorText.h"
+#include "molcryst/molecule/Molecule.h"
 
 using namespace molcryst;
+using namespace molcryst::testing;
 
 namespace {
 
-struct AtomSpec {
-    const char* element;
-    const char* label;
-};
+typedef std::vector<std::string> Labels;
 
-// A molecule of the atoms in index order and the bonds between indices. The
-// atom objects are made first, forwards or backwards, so that the graph's own
-// neighbour order (by address) runs with the indices in one build and against
-// them in the other: only a walk that sorts by index gives one answer for both.
-Molecule3d build(const std::vector<AtomSpec>& atoms, const std::vector<std::pair<int, int> >& bonds,
-                 bool made_backwards) {
-    std::vector<HAtom> made(atoms.size());
-    for (std::size_t k = 0; k < atoms.size(); ++k) {
-        const std::size_t i = made_backwards ? atoms.size() - 1 - k : k;
-        made[i] = HAtom(new Atom3d(Element(atoms[i].element), atoms[i].label, HSite()));
+// The molecule of `atoms` and `bonds` as molecule() reads them, its atom
+// objects made forwards or backwards, so that the graph's own neighbour
+// order (by address) runs with the indices in one build and against them in
+// the other: only a walk that sorts by index gives one answer for both.
+Molecule3d build(const std::string& atoms, const std::string& bonds, bool made_backwards) {
+    HMolecule3d drawn = molecule(atoms);
+    const int n = drawn->natoms();
+    std::vector<HAtom> made(static_cast<std::size_t>(n));
+    for (int k = 0; k < n; ++k) {
+        const int i = made_backwards ? n - 1 - k : k;
+        made[static_cast<std::size_t>(i)] = drawn->atom(i)->clone();
     }
     Molecule3d m;
     for (const HAtom& a : made) m.add(a);
-    for (const std::pair<int, int>& b : bonds) m.add(HBond(new Bond3d(SINGLE_BOND)), b.first, b.second);
+    add_bonds(m, bonds);
     return m;
-}
-
-std::vector<std::string> labels(const Molecule& m) {
-    std::vector<std::string> out;
-    for (int i = 0; i < m.natoms(); ++i) out.push_back(m.atom(i)->label());
-    return out;
 }
 
 // Each bond as the labels of its ends, in bond index order.
@@ -59,25 +50,22 @@ std::vector<std::pair<std::string, std::string> > bond_ends(const Molecule& m) {
 TEST(MoleculeSort, DepthFirstFromTheFirstHeaviestAtomInAscendingIndexOrder) {
     // Component A: the ring O2-C3-N7-C9, C5 on O2, O6 on C5, C1 on N7; O2 and
     // O6 tie for heaviest and the first wins. Component B: C0-H4-C8.
-    const std::vector<AtomSpec> atoms = {{"C", "C0"}, {"C", "C1"}, {"O", "O2"}, {"C", "C3"}, {"H", "H4"},
-                                         {"C", "C5"}, {"O", "O6"}, {"N", "N7"}, {"C", "C8"}, {"C", "C9"}};
-    const std::vector<std::pair<int, int> > bonds = {{2, 3}, {3, 7}, {7, 9}, {9, 2}, {2, 5},
-                                                     {5, 6}, {7, 1}, {0, 4}, {4, 8}};
+    const Labels sorted = {"O2", "C3", "N7", "C1", "C9", "C5", "O6", "C0", "H4", "C8"};
     for (bool backwards : {false, true}) {
-        Molecule3d m = build(atoms, bonds, backwards);
+        Molecule3d m = build("C C0; C C1; O O2; C C3; H H4; C C5; O O6; N N7; C C8; C C9",
+                             "O2-C3 C3-N7 N7-C9 C9-O2 O2-C5 C5-O6 N7-C1 C0-H4 H4-C8", backwards);
         const std::vector<std::pair<std::string, std::string> > ends = bond_ends(m);
-        std::vector<HBond> bond_handles;
-        for (int i = 0; i < m.nbonds(); ++i) bond_handles.push_back(m.bond(i));
+        std::vector<HBond> bonds;
+        for (int i = 0; i < m.nbonds(); ++i) bonds.push_back(m.bond(i));
         m.sort_atoms();
         // O2's neighbours are C3, C5, C9. From C3 the walk reaches N7, then C1
         // and C9 (ascending), so C9 is taken below N7 and skipped when O2's
         // own scan comes back to it. A walk that marked all of O2's neighbours
         // at once would give O2 C3 N7 C1 C5 O6 C9; a breadth-first one O2 C3 C5 C9 ...
-        EXPECT_EQ(labels(m), (std::vector<std::string>{"O2", "C3", "N7", "C1", "C9", "C5", "O6", "C0", "H4", "C8"}))
-            << (backwards ? "atoms made backwards" : "atoms made forwards");
+        EXPECT_EQ(labels_of(m), sorted) << (backwards ? "atoms made backwards" : "atoms made forwards");
         EXPECT_EQ(bond_ends(m), ends);
         for (int i = 0; i < m.nbonds(); ++i) {
-            EXPECT_EQ(m.bond(i), bond_handles[static_cast<std::size_t>(i)]);
+            EXPECT_EQ(m.bond(i), bonds[static_cast<std::size_t>(i)]);
             EXPECT_EQ(m.bond(i)->index(), i);
         }
         for (int i = 0; i < m.natoms(); ++i) EXPECT_EQ(m.atom(i)->index(), i);
@@ -88,51 +76,55 @@ TEST(MoleculeSort, DepthFirstFromTheFirstHeaviestAtomInAscendingIndexOrder) {
 
         // Sorting again changes nothing: the order is a fixed point.
         m.sort_atoms();
-        EXPECT_EQ(labels(m), (std::vector<std::string>{"O2", "C3", "N7", "C1", "C9", "C5", "O6", "C0", "H4", "C8"}));
+        EXPECT_EQ(labels_of(m), sorted);
     }
 }
 
 TEST(MoleculeSort, StartsAtTheFirstAtomOnATieAndLeavesAnIsolatedHeavyAtomAlone) {
     for (bool backwards : {false, true}) {
-        // All carbon: the start is atom 0, in the middle of the chain C3-C0-C4-C1-C2.
-        Molecule3d chain = build({{"C", "a"}, {"C", "b"}, {"C", "c"}, {"C", "d"}, {"C", "e"}},
-                                 {{3, 0}, {0, 4}, {4, 1}, {1, 2}}, backwards);
+        // All carbon: the start is atom 0, in the middle of the chain d-a-e-b-c.
+        Molecule3d chain = build("C a; C b; C c; C d; C e", "d-a a-e e-b b-c", backwards);
         chain.sort_atoms();
-        EXPECT_EQ(labels(chain), (std::vector<std::string>{"a", "d", "e", "b", "c"}));
+        EXPECT_EQ(labels_of(chain), (Labels{"a", "d", "e", "b", "c"}));
 
         // A salt: the heaviest atom, a bromide, is bonded to nothing, so it
         // alone moves to the front and the cation keeps its order behind it.
-        Molecule3d salt = build({{"N", "N1"}, {"H", "H1"}, {"H", "H2"}, {"Br", "Br1"}, {"H", "H3"}, {"H", "H4"}},
-                                {{0, 1}, {0, 2}, {0, 4}, {0, 5}}, backwards);
+        Molecule3d salt = build("N N1; H H1; H H2; Br Br1; H H3; H H4", "N1-H1 N1-H2 N1-H3 N1-H4", backwards);
         salt.sort_atoms();
-        EXPECT_EQ(labels(salt), (std::vector<std::string>{"Br1", "N1", "H1", "H2", "H3", "H4"}));
+        EXPECT_EQ(labels_of(salt), (Labels{"Br1", "N1", "H1", "H2", "H3", "H4"}));
         EXPECT_EQ(salt.bond_index(1, 4), 2);
     }
+    Molecule3d empty;
+    empty.sort_atoms();
+    EXPECT_EQ(empty.natoms(), 0);
 }
 
 TEST(MoleculeSort, ReorderAtomsWithAPartialOrderKeepsBondsAndArchivesByTheNewIndices) {
-    // Ethanol with its hydrogens: C1 C2 O1 H1..H6.
-    Molecule3d m = build({{"C", "C1"}, {"C", "C2"}, {"O", "O1"}, {"H", "H1"}, {"H", "H2"}, {"H", "H3"},
-                          {"H", "H4"}, {"H", "H5"}, {"H", "H6"}},
-                         {{0, 1}, {1, 2}, {2, 8}, {0, 3}, {0, 4}, {0, 5}, {1, 6}, {1, 7}}, false);
+    Molecule3d m = build("C C1; C C2; O O1; H H1; H H2; H H3; H H4; H H5; H H6",
+                         "C1-C2 C2-O1 O1-H6 C1-H1 C1-H2 C1-H3 C2-H4 C2-H5", false);
     const std::vector<std::pair<std::string, std::string> > ends = bond_ends(m);
     // Listed atoms first, in the order listed; the rest in their old order.
     m.reorder_atoms({8, 2, 1});
-    EXPECT_EQ(labels(m), (std::vector<std::string>{"H6", "O1", "C2", "C1", "H1", "H2", "H3", "H4", "H5"}));
+    const Labels reordered = {"H6", "O1", "C2", "C1", "H1", "H2", "H3", "H4", "H5"};
+    EXPECT_EQ(labels_of(m), reordered);
     EXPECT_EQ(bond_ends(m), ends);
     EXPECT_EQ(m.bond_index(0, 1), 2);  // H6-O1 is still bond 2
     EXPECT_EQ(m.bond_index(3, 2), 0);  // C1-C2 still bond 0
     EXPECT_EQ(m.bond(0)->atom1()->index(), 3);
     EXPECT_EQ((*m.atom_connections(1)).size(), 2u);
 
-    // An empty order changes nothing.
+    // An empty order changes nothing, nor does a bad one.
     m.reorder_atoms({});
-    EXPECT_EQ(labels(m), (std::vector<std::string>{"H6", "O1", "C2", "C1", "H1", "H2", "H3", "H4", "H5"}));
+    EXPECT_EQ(error_text<std::invalid_argument>([&] {
+                  m.reorder_atoms({0, 0});
+              }),
+              "MoleculeGraphEditableImpl::reorder_atoms atom listed twice");
+    EXPECT_EQ(error_text<std::invalid_argument>([&] { m.reorder_atoms({9}); }),
+              "MoleculeGraphEditableImpl::reorder_atoms index out of range");
+    EXPECT_EQ(labels_of(m), reordered);
 
     // Bonds are archived by atom index: what comes back is the renumbered molecule.
-    Archive ar = Archive::temporary();
-    m.write(ar);
-    ar.rewind();
+    Archive ar = archive_of(written(m));
     Molecule3d back(ar);
     EXPECT_TRUE(back == m);
     EXPECT_EQ(bond_ends(back), ends);

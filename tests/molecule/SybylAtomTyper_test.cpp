@@ -11,9 +11,6 @@
 #include <string>
 
 #include "TestMolecules.h"
-#include "molcryst/molecule/Atom3d.h"
-#include "molcryst/molecule/Bond3d.h"
-#include "molcryst/molecule/Molecule3d.h"
 
 using namespace molcryst;
 using namespace molcryst::testing;
@@ -57,6 +54,16 @@ std::string bond_type_of(const HMolecule3d& m, const std::string& a, const std::
 }
 
 HMolecule3d unknown(const HMolecule3d& m) { return with_all_bonds(*m); }
+
+// The typer's average bond angle in degrees; -1 where it finds none, when
+// the angle it gives must be 0.
+double average_angle(const HMolecule3d& m, const std::string& label) {
+    bool ok = false;
+    const double degrees = known.average_bond_angle(*atom_labelled(*m, label), ok).degrees();
+    if (ok) return degrees;
+    EXPECT_EQ(degrees, 0.0) << label;
+    return -1;
+}
 
 // A typer that answers one word for everything, under a chosen name.
 class StubTyper : public AtomTyper {
@@ -134,8 +141,8 @@ TEST(SybylAtomTyper, BondOrderRulesForAtomsShortOfHydrogens) {
     // A nitrogen on an aromatic carbon alone is planar, on an sp3 carbon not.
     m = benzene();
     m->remove(atom_labelled(*m, "H1"));
-    m->add(HAtom(new Atom3d(Element("N"), "N7", HSite(new Site(Point(2.79, 0.0, 0.0))))));
-    m->add(HBond(new Bond3d(SINGLE_BOND)), atom_index(*m, "C1"), atom_index(*m, "N7"));
+    m->add(atom_at("N", "N7", 2.79, 0.0, 0.0));
+    add_bonds(*m, "C1-N7");
     EXPECT_EQ(type_of(m, "N7"), "N.pl3");
     m = nitromethane();
     m->remove(atom_labelled(*m, "O1"));
@@ -251,7 +258,8 @@ TEST(SybylAtomTyper, MetalComplexWithNitrogenAndSulphurLigands) {
     // non-metal bond is single and it has two bonds: S.2; nitrido and imido
     // nitrogens by the order of their bond to the metal.
     EXPECT_EQ(heavy_atom_types(m), "Fe1 Fe, N1 N.3, Cl1 Cl, N2 N.1, C1 C.1, C2 C.3, S1 S.2, N3 N.1, N4 N.2, C3 C.3");
-    EXPECT_EQ(heavy_bond_types(m), "Fe1-N1 1, Fe1-Cl1 1, Fe1-N2 1, N2-C1 3, C1-C2 1, Fe1-S1 1, S1-C3 1, Fe1-N3 3, Fe1-N4 2");
+    EXPECT_EQ(heavy_bond_types(m),
+              "Fe1-N1 1, Fe1-Cl1 1, Fe1-N2 1, N2-C1 3, C1-C2 1, Fe1-S1 1, S1-C3 1, Fe1-N3 3, Fe1-N4 2");
 
     // By geometry: the metals are set aside, so the nitrido N has no
     // neighbour left (N.1) and the imido N one at 1.01 (N.1).
@@ -262,8 +270,8 @@ TEST(SybylAtomTyper, MetalComplexWithNitrogenAndSulphurLigands) {
 
     // A thiolate bridging two metals has three bonds: S.3.
     m = iron_complex();
-    m->add(HAtom(new Atom3d(Element("Fe"), "Fe2", HSite(new Site(Point(1.6, -3.6, 0.0))))));
-    m->add(HBond(new Bond3d(SINGLE_BOND)), atom_index(*m, "S1"), atom_index(*m, "Fe2"));
+    m->add(atom_at("Fe", "Fe2", 1.6, -3.6, 0.0));
+    add_bonds(*m, "S1-Fe2");
     EXPECT_EQ(type_of(m, "S1"), "S.3");
 }
 
@@ -311,17 +319,12 @@ TEST(SybylAtomTyper, TerminalAtomsByDistance) {
     for (const Case& c : {Case{1.20, "C.1", "un"}, Case{1.22, "C.1", "un"}, Case{1.30, "C.2", "un"},
                           Case{1.41, "C.2", "un"}, Case{1.50, "C.3", "1"}}) {
         SCOPED_TRACE(c.d);
-        MoleculeBuilder b;
-        b.atom("C", "C1", 0.0, 0.0, 0.0).atom("C", "C2", c.d, 0.0, 0.0).bonds("C1~C2");
-        HMolecule3d m = b.molecule();
+        HMolecule3d m = molecule("C C1 0 0 0; C C2 " + std::to_string(c.d) + " 0 0", "C1~C2");
         EXPECT_EQ(heavy_atom_types(m), std::string("C1 ") + c.carbon + ", C2 " + c.carbon);
         EXPECT_EQ(heavy_bond_types(m), std::string("C1-C2 ") + c.bond);
     }
     // A terminal nitrogen: N.1 up to 1.2, else N.3, and N.3 without sites.
-    MoleculeBuilder b;
-    b.atom("C", "C1", 0.0, 0.0, 0.0).atom("N", "N1", 1.2, 0.0, 0.0).atom("N", "N2", -1.25, 0.0, 0.0);
-    b.atom("C", "C3").atom("N", "N3").bonds("C1~N1 C1~N2 C3~N3");
-    HMolecule3d m = b.molecule();
+    HMolecule3d m = molecule("C C1 0 0 0; N N1 1.2 0 0; N N2 -1.25 0 0; C C3; N N3", "C1~N1 C1~N2 C3~N3");
     EXPECT_EQ(type_of(m, "N1"), "N.1");
     EXPECT_EQ(type_of(m, "N2"), "N.3");
     EXPECT_EQ(type_of(m, "N3"), "N.3");
@@ -330,10 +333,10 @@ TEST(SybylAtomTyper, TerminalAtomsByDistance) {
 }
 
 TEST(SybylAtomTyper, LoneAtomsAndOtherElements) {
-    MoleculeBuilder b;
-    const char* elements[] = {"N", "Fe", "C", "O", "S", "H", "D", "P", "Ti", "Cr", "Co", "Ru", "Na", "Cl", "X"};
-    for (const char* e : elements) b.atom(e, std::string(e) + "1");
-    HMolecule3d m = b.molecule();
+    std::string atoms;
+    for (const char* e : {"N", "Fe", "C", "O", "S", "H", "D", "P", "Ti", "Cr", "Co", "Ru", "Na", "Cl", "X"})
+        atoms += std::string(e) + " " + e + "1;";
+    HMolecule3d m = molecule(atoms);
     EXPECT_EQ(known.is_atom_2d_ruled(*m->atom(0)), 2);
     EXPECT_EQ(heavy_atom_types(m),
               "N1 N.3, Fe1 Fe, C1 C.3, O1 O.3, S1 S.3, P1 P.3, Ti1 Ti.th, Cr1 Cr.th, Co1 Co.oh, Ru1 Ru.oh, "
@@ -342,28 +345,23 @@ TEST(SybylAtomTyper, LoneAtomsAndOtherElements) {
     EXPECT_EQ(type_of(m, "D1"), "H");
 
     // Titanium and chromium are octahedral above four bonds.
-    MoleculeBuilder c;
-    c.atom("Ti", "Ti1").atom("Cr", "Cr1");
-    for (int i = 1; i <= 6; ++i) c.atom("F", "F" + std::to_string(i)).bond("Ti1", "F" + std::to_string(i));
-    for (int i = 1; i <= 4; ++i) c.atom("Cl", "Cl" + std::to_string(i)).bond("Cr1", "Cl" + std::to_string(i));
-    m = c.molecule();
+    m = molecule("Ti Ti1; Cr Cr1; F F1; F F2; F F3; F F4; F F5; F F6; Cl Cl1; Cl Cl2; Cl Cl3; Cl Cl4",
+                 "Ti1-F1 Ti1-F2 Ti1-F3 Ti1-F4 Ti1-F5 Ti1-F6 Cr1-Cl1 Cr1-Cl2 Cr1-Cl3 Cr1-Cl4");
     EXPECT_EQ(type_of(m, "Ti1"), "Ti.oh");
     EXPECT_EQ(type_of(m, "Cr1"), "Cr.th");
     m->remove(atom_labelled(*m, "F6"));
     m->remove(atom_labelled(*m, "F5"));
     EXPECT_EQ(type_of(m, "Ti1"), "Ti.th");
-    m->add(HBond(new Bond3d(SINGLE_BOND)), atom_index(*m, "Cr1"), atom_index(*m, "F4"));
+    add_bonds(*m, "Cr1-F4");
     EXPECT_EQ(type_of(m, "Cr1"), "Cr.oh");
 }
 
 TEST(SybylAtomTyper, BondTypeOfEveryKind) {
-    MoleculeBuilder b;
-    b.atom("Cr", "Cr1").atom("Cr", "Cr2").atom("F", "F1").atom("Br", "Br1").atom("C", "C1").atom("C", "C2");
-    b.atom("C", "C3").atom("C", "C4").atom("C", "C5");
-    b.bond("Cr1", "Cr2", QUADRUPLE_BOND).bond("Cr1", "F1", POLYMERIC_BOND).bond("Cr2", "Br1", DELOCALISED_BOND);
-    b.bond("C1", "C2", RESERVED_BOND).bond("C2", "C3", PI_BOND).bond("C3", "C4", TRIPLE_BOND);
-    b.bond("C4", "C5", DOUBLE_BOND);
-    HMolecule3d m = b.molecule();
+    HMolecule3d m = molecule("Cr Cr1; Cr Cr2; F F1; Br Br1; C C1; C C2; C C3; C C4; C C5",
+                             "Cr1-Cr2 Cr1-F1 Cr2-Br1 C1-C2 C2-C3 C3#C4 C4=C5");
+    int i = 0;
+    for (BondType t : {QUADRUPLE_BOND, POLYMERIC_BOND, DELOCALISED_BOND, RESERVED_BOND, PI_BOND})
+        m->bond(i++)->set_type(t);
     EXPECT_EQ(heavy_bond_types(m), "Cr1-Cr2 un, Cr1-F1 un, Cr2-Br1 un, C1-C2 un, C2-C3 un, C3-C4 3, C4-C5 2");
     // Fluorine and bromine ends make a single bond by the geometry rule.
     EXPECT_EQ(known.calc_3d_ruled_bond_type(*bond_between(*m, "Cr1", "F1")), "1");
@@ -373,33 +371,21 @@ TEST(SybylAtomTyper, BondTypeOfEveryKind) {
 
 TEST(SybylAtomTyper, AverageBondAngle) {
     HMolecule3d acid = acetic_acid();
-    bool ok = false;
-    EXPECT_NEAR(known.average_bond_angle(*atom_labelled(*acid, "O2"), ok).degrees(), 107.0, 0.02);
-    EXPECT_TRUE(ok);
-    // The carbonyl carbon: 124, 112 and 124 degrees.
-    EXPECT_NEAR(known.average_bond_angle(*atom_labelled(*acid, "C2"), ok).degrees(), 120.0, 0.02);
+    EXPECT_NEAR(average_angle(acid, "O2"), 107.0, 0.02);
+    EXPECT_NEAR(average_angle(acid, "C2"), 120.0, 0.02);  // 124, 112 and 124 degrees
     // The metal counts among the neighbours of the ammine nitrogen.
-    EXPECT_NEAR(known.average_bond_angle(*atom_labelled(*iron_complex(), "N1"), ok).degrees(), 109.47, 0.05);
-    EXPECT_TRUE(ok);
-    // One bond: no angle.
-    EXPECT_EQ(known.average_bond_angle(*atom_labelled(*acid, "O1"), ok).degrees(), 0.0);
-    EXPECT_FALSE(ok);
+    EXPECT_NEAR(average_angle(iron_complex(), "N1"), 109.47, 0.05);
+    EXPECT_EQ(average_angle(acid, "O1"), -1);  // one bond: no angle
 
     // Neighbours without sites are left out of the pairs; an atom without a
     // site, or with no pair of sited neighbours, has no angle.
-    MoleculeBuilder b;
-    b.atom("N", "N1", 0.0, 0.0, 0.0).atom("C", "C1", 1.47, 0.0, 0.0).atom("C", "C2", 0.0, 1.47, 0.0);
-    b.atom("C", "C3").atom("C", "C4", 3.0, 3.0, 0.0).atom("C", "C5");
-    b.atom("N", "N2").atom("C", "C6", 5.0, 0.0, 0.0).atom("C", "C7", 5.0, 1.47, 0.0);
-    b.bonds("N1-C1 N1-C2 N1-C3 C4-C3 C4-C5 N2-C6 N2-C7");
-    HMolecule3d m = b.molecule();
-    ok = false;
-    EXPECT_NEAR(known.average_bond_angle(*atom_labelled(*m, "N1"), ok).degrees(), 90.0, 1e-9);
-    EXPECT_TRUE(ok);
-    EXPECT_EQ(known.average_bond_angle(*atom_labelled(*m, "C4"), ok).degrees(), 0.0);
-    EXPECT_FALSE(ok);
-    EXPECT_EQ(known.average_bond_angle(*atom_labelled(*m, "N2"), ok).degrees(), 0.0);
-    EXPECT_FALSE(ok);
+    HMolecule3d m = molecule(
+        "N N1 0 0 0; C C1 1.47 0 0; C C2 0 1.47 0; C C3; C C4 3 3 0; C C5; N N2; C C6 5 0 0;"
+        "C C7 5 1.47 0",
+        "N1-C1 N1-C2 N1-C3 C4-C3 C4-C5 N2-C6 N2-C7");
+    EXPECT_NEAR(average_angle(m, "N1"), 90.0, 1e-9);
+    EXPECT_EQ(average_angle(m, "C4"), -1);
+    EXPECT_EQ(average_angle(m, "N2"), -1);
 
     // Without an angle an unsaturated amine falls short of N.pl3.
     HMolecule3d amine = vinylamine(true);
