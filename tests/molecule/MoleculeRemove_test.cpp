@@ -22,45 +22,29 @@ using namespace molcryst::testing;
 
 namespace {
 
-// A chain of `units` benzene rings joined by methylene bridges, with what
-// remove_hydrogens must leave alone mixed in: every fifth unit has a
-// deuterium for a ring hydrogen (terminal, so it goes), every seventh a lone
-// hydrogen (not bonded), every eleventh a hydrogen bridging two ring carbons
-// and a hydrogen molecule (both ends terminal: both go).
+// A chain of `units` six-membered aromatic rings a-f joined by methylene
+// bridges m, with what remove_hydrogens must leave alone mixed in: every
+// fifth unit has a deuterium for a ring hydrogen (terminal, so it goes),
+// every seventh a lone hydrogen (not bonded), every eleventh a hydrogen x
+// bridging two ring carbons and a hydrogen molecule y-z (both ends terminal:
+// both go). '#' in a name stands for the unit, '$' for the one before.
 Molecule3d polymer(int units) {
-    Molecule3d m;
-    const double pi = 3.14159265358979;
-    auto add = [&m](const Element& e, double x, double y, double z) {
-        return m.add(atom_at(e, e.symbol() + std::to_string(m.natoms()), x, y, z));
-    };
-    auto bond = [&m](int a, int b, BondType type) { m.add(HBond(new Bond3d(type)), a, b); };
-    int previous_bridge = -1;
+    std::string atoms, bonds;
     for (int u = 0; u < units; ++u) {
-        const double x0 = 5.3 * u;
-        int ring[6];
-        for (int r = 0; r < 6; ++r)
-            ring[r] = add(Element::C, x0 + 1.4 * (1 - std::cos(pi * r / 3)), 1.4 * std::sin(pi * r / 3), 0.0);
-        for (int r = 0; r < 6; ++r) bond(ring[r], ring[(r + 1) % 6], AROMATIC_BOND);
-        if (previous_bridge >= 0) bond(previous_bridge, ring[0], SINGLE_BOND);
-        for (int r : {1, 2, 4, 5}) {
-            const Element e = (u % 5 == 0 && r == 2) ? Element(Element::D) : Element(Element::H);
-            bond(ring[r], add(e, x0 + 1.4 - 2.48 * std::cos(pi * r / 3), 2.48 * std::sin(pi * r / 3), 0.0),
-                 SINGLE_BOND);
+        std::string a = "C a#; C b#; C c#; C d#; C e#; C f#; H hb#; " + std::string(u % 5 == 0 ? "D" : "H") +
+                        " hc#; H he#; H hf#; C m#; H hm#; H hn#;" + (u % 7 == 0 ? "H lone#;" : "") +
+                        (u % 11 == 0 ? "H x#; H y#; H z#;" : "");
+        std::string b = "a#:b# b#:c# c#:d# d#:e# e#:f# f#:a# " + std::string(u > 0 ? "m$-a# " : "") +
+                        "b#-hb# c#-hc# e#-he# f#-hf# d#-m# m#-hm# m#-hn# " + (u % 11 == 0 ? "a#-x# d#-x# y#-z# " : "");
+        for (std::string* text : {&a, &b}) {
+            for (std::size_t at; (at = text->find('#')) != std::string::npos;) text->replace(at, 1, std::to_string(u));
+            for (std::size_t at; (at = text->find('$')) != std::string::npos;)
+                text->replace(at, 1, std::to_string(u - 1));
         }
-        previous_bridge = add(Element::C, x0 + 4.3, 0.0, 0.0);
-        bond(ring[3], previous_bridge, SINGLE_BOND);
-        bond(previous_bridge, add(Element::H, x0 + 4.3, 0.6, 0.9), SINGLE_BOND);
-        bond(previous_bridge, add(Element::H, x0 + 4.3, 0.6, -0.9), SINGLE_BOND);
-        if (u % 7 == 0) add(Element::H, x0, 5.0, 0.0);
-        if (u % 11 == 0) {
-            const int bridging = add(Element::H, x0 + 1.4, 0.0, 1.0);
-            bond(ring[0], bridging, SINGLE_BOND);
-            bond(ring[3], bridging, SINGLE_BOND);
-            const int h1 = add(Element::H, x0, -5.0, 0.0), h2 = add(Element::H, x0 + 0.74, -5.0, 0.0);
-            bond(h1, h2, SINGLE_BOND);
-        }
+        atoms += a;
+        bonds += b;
     }
-    return m;
+    return *molecule(atoms, bonds);
 }
 
 // The rings of the basic ring set as sorted atom indices, then each atom's

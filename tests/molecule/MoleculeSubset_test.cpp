@@ -36,20 +36,27 @@ HMolecule ring_with_hydroxyl() {
 
 ProxyAtom& proxy(const HAtom& a) { return dynamic_cast<ProxyAtom&>(*a); }
 
+// The atom selection, " |", the bond selection: "0 1 4 | 3 0".
+std::string selection(const MoleculeSubset& s) {
+    std::string text;
+    for (int i : s.current_atom_selection()) text += std::to_string(i) + " ";
+    text += "|";
+    for (int i : s.current_bond_selection()) text += " " + std::to_string(i);
+    return text;
+}
+
 }  // namespace
 
 TEST(MoleculeSubset, AtomsHaveTheirOwnIndicesAndNeighbours) {
     HMolecule parent = ring_with_hydroxyl();
     MoleculeSubset s(parent);
-    EXPECT_EQ(s.natoms(), 0);
     EXPECT_FALSE(s.editable());
-    EXPECT_FALSE(s.archivable());
     EXPECT_EQ(printed(s), "atom selection:\nbond selection:\n");
 
     // Atoms in the order given; the parent's bonds among them in bond order.
     s.select_atom_indices(V{4, 1, 2});
     EXPECT_EQ(labels_of(s), (Labels{"C3", "C2", "O1"}));
-    EXPECT_EQ(s.current_bond_selection(), (V{1, 3}));
+    EXPECT_EQ(selection(s), "4 1 2 | 1 3");
     EXPECT_EQ(s.parent_atom_index(0), 4);
     EXPECT_EQ(s.parent_bond_index(1), 3);
     HAtom c3 = s.atom(0);
@@ -60,9 +67,7 @@ TEST(MoleculeSubset, AtomsHaveTheirOwnIndicesAndNeighbours) {
     EXPECT_FALSE(c3->cyclic());
     EXPECT_TRUE(parent->atom(4)->cyclic());
     EXPECT_EQ(s.bond(1)->atom2(), c3);
-    EXPECT_EQ(s.bond(1)->type(), DOUBLE_BOND);
     EXPECT_FALSE(s.has_atom(parent->atom(4)));
-    EXPECT_TRUE(s.has_bond(s.atom(1), s.atom(2)));
     // Neighbour order follows the handles' order, not the selection: compare as sets.
     V connections = *s.atom_connections(1);
     std::sort(connections.begin(), connections.end());
@@ -72,23 +77,17 @@ TEST(MoleculeSubset, AtomsHaveTheirOwnIndicesAndNeighbours) {
     // By bonds: the atoms at their ends ascending, the bonds as given. C3-C1
     // joins two selected atoms but was not selected, so the ring is open.
     s.select_bond_indices(V{3, 0});
-    EXPECT_EQ(s.current_atom_selection(), (V{0, 1, 4}));
-    EXPECT_EQ(s.current_bond_selection(), (V{3, 0}));
+    EXPECT_EQ(printed(s), "atom selection: 0 1 4\nbond selection: 3 0\n");
     EXPECT_FALSE(s.has_bond(s.atom(0), s.atom(2)));
     EXPECT_FALSE(s.atom(0)->cyclic());
     EXPECT_EQ(s.ncomponents(), 1);
-    EXPECT_EQ(printed(s), "atom selection: 0 1 4\nbond selection: 3 0\n");
-
     s.select_atom_indices_only(V{0, 1, 4});
-    EXPECT_EQ(s.nbonds(), 0);
     EXPECT_EQ(s.ncomponents(), 3);
     s.select_3d();
-    EXPECT_EQ(s.current_atom_selection(), (V{0, 1, 2, 4}));
-    EXPECT_EQ(s.current_bond_selection(), (V{0, 1, 3, 4}));
+    EXPECT_EQ(selection(s), "0 1 2 4 | 0 1 3 4");
     EXPECT_TRUE(s.atom(0)->cyclic());
     s.select_all();
-    EXPECT_EQ(s.current_atom_selection(), (V{0, 1, 2, 3, 4}));
-    EXPECT_EQ(s.current_bond_selection(), (V{0, 1, 2, 3, 4}));
+    EXPECT_EQ(selection(s), "0 1 2 3 4 | 0 1 2 3 4");
 }
 
 TEST(MoleculeSubset, IsALiveViewOfItsParent) {
@@ -99,7 +98,6 @@ TEST(MoleculeSubset, IsALiveViewOfItsParent) {
     parent->atom(1)->site()->set_coordinates(Point(3, 0, 0));
     parent->atom(0)->set_label("C9");
     parent->bond(0)->set_type(TRIPLE_BOND);
-    EXPECT_DOUBLE_EQ(s.distance(0, 1), 3.0);
     EXPECT_DOUBLE_EQ(s.bond_length(0), 3.0);
     EXPECT_EQ(s.atom(0)->label(), "C9");
     EXPECT_EQ(s.bond(0)->type(), TRIPLE_BOND);
@@ -117,12 +115,6 @@ TEST(MoleculeSubset, CreateMoleculeAndSplitGiveFreeCopies) {
     ASSERT_NE(dynamic_cast<Molecule3d*>(copy.unhand()), nullptr);
     EXPECT_TRUE(*copy == *parent);
     EXPECT_EQ(copy->atom_typer(), parent->atom_typer());
-    for (int i = 0; i < copy->natoms(); ++i) {
-        EXPECT_NE(dynamic_cast<Atom3d*>(copy->atom(i).unhand()), nullptr);
-        if (copy->atom(i)->has_site()) {
-            EXPECT_NE(copy->atom(i)->site(), parent->atom(i)->site());
-        }
-    }
     copy->atom(0)->site()->set_coordinates(Point(9, 9, 9));
     EXPECT_EQ(parent->atom(0)->site()->orth(), Point(0, 0, 0));
 
@@ -157,41 +149,33 @@ TEST(MoleculeSubset, NarrowingCopiesClonesAndParentEdits) {
     // Narrowing keeps only bonds of the view: C3-C1 is not brought back.
     MoleculeSubset narrow(s);
     narrow.select_atom_indices_from_current(V{2, 0});
-    EXPECT_EQ(narrow.current_atom_selection(), (V{4, 0}));
-    EXPECT_EQ(narrow.nbonds(), 0);
+    EXPECT_EQ(selection(narrow), "4 0 |");
     narrow = s;
     narrow.select_atom_indices_from_current(V{2, 1});
-    EXPECT_EQ(narrow.current_atom_selection(), (V{4, 1}));
-    EXPECT_EQ(narrow.current_bond_selection(), (V{3}));
     EXPECT_EQ(error_text<std::out_of_range>([&] { narrow.select_atom_indices_from_current(V{2}); }),
               "IndexedTable::at Illegal index: 2");
-    EXPECT_EQ(narrow.current_atom_selection(), (V{4, 1}));
+    EXPECT_EQ(selection(narrow), "4 1 | 3");
 
     // Copies, clones and assignments: same parent and selection, proxies of their own.
     MoleculeSubset copy(s);
-    EXPECT_EQ(copy.current_bond_selection(), s.current_bond_selection());
     EXPECT_NE(copy.atom(0), s.atom(0));
     EXPECT_EQ(proxy(copy.atom(0)).parent_atom(), parent->atom(0));
     s.select_atom_indices_only(V{2});
-    EXPECT_EQ(copy.natoms(), 3);
     HMolecule cloned = copy.clone();
     MoleculeSubset* c = dynamic_cast<MoleculeSubset*>(cloned.unhand());
     ASSERT_NE(c, nullptr);
-    EXPECT_EQ(c->current_bond_selection(), (V{3, 0}));
     EXPECT_EQ(c->parent(), parent);
+    EXPECT_EQ(selection(*c), "0 1 4 | 3 0");
     MoleculeSubset other{ring_with_hydroxyl()};
-    other.select_all();
     other = copy;
-    EXPECT_EQ(other.parent(), parent);
-    EXPECT_EQ(other.current_atom_selection(), (V{0, 1, 4}));
     other = other;
-    EXPECT_EQ(other.nbonds(), 2);
+    EXPECT_EQ(other.parent(), parent);
+    EXPECT_EQ(selection(other), "0 1 4 | 3 0");
 
     // A view of a view indexes into the view.
     MoleculeSubset inner(HMolecule(new MoleculeSubset(copy)));
     inner.select_atom_indices(V{2, 1});
-    EXPECT_EQ(inner.current_bond_selection(), (V{0}));
-    EXPECT_EQ(inner.atom(0)->label(), "C3");
+    EXPECT_EQ(selection(inner), "2 1 | 0");
     EXPECT_EQ(inner.bond(0)->type(), DOUBLE_BOND);
 
     // Parent indices follow edits of the parent; an atom that left it is
@@ -199,8 +183,7 @@ TEST(MoleculeSubset, NarrowingCopiesClonesAndParentEdits) {
     MoleculeSubset tail(parent);
     tail.select_atom_indices(V{4, 3, 2});
     parent->remove_atom(1);
-    EXPECT_EQ(tail.current_atom_selection(), (V{3, 2, 1}));
-    EXPECT_EQ(tail.current_bond_selection(), (V{0}));  // O1-H1; C2's bonds went with it
+    EXPECT_EQ(selection(tail), "3 2 1 | 0");  // O1-H1; C2's bonds went with it
     EXPECT_EQ(copy.atom(1)->label(), "C2");
     const std::string gone = " is no longer in the parent molecule";
     EXPECT_EQ(error_text<std::runtime_error>([&] { copy.parent_atom_index(1); }),
@@ -225,42 +208,28 @@ TEST(MoleculeSubset, BadSelectionsThrowAndLeaveTheViewAsItWas) {
               "MoleculeSubset::MoleculeSubset(THandle<Molecule>) parent is a null pointer");
     MoleculeSubset s(parent);
     s.select_atom_indices(V{1, 2});
+    struct Case {
+        V atoms, bonds;
+        std::string message;
+    };
     const std::string head = "MoleculeSubset::create_atoms_and_bonds(atoms, bonds) ";
-    const std::pair<std::function<void()>, std::string> invalid[] = {
-        {[&] {
-             s.create_atoms_and_bonds(V{0, 1, 0}, V{});
-         },
-         head + "atom 0 is selected twice"},
-        {[&] {
-             s.create_atoms_and_bonds(V{0, 1}, V{1});
-         },
-         head + "bond 1 joins an atom that is not selected"},
-        {[&] {
-             s.create_atoms_and_bonds(V{0, 1}, V{0, 0});
-         },
-         head + "bond 0 is selected twice"},
-        {[&] {
-             s.select_bond_indices(V{2, 2});
-         },
-         head + "bond 2 is selected twice"},
-    };
-    for (const auto& c : invalid) EXPECT_EQ(error_text<std::invalid_argument>(c.first), c.second);
-    const std::pair<std::function<void()>, std::string> out_of_range[] = {
-        {[&] {
-             s.create_atoms_and_bonds(V{0, 5}, V{});
-         },
-         "5"},
-        {[&] { s.select_atom_indices_only(V{-1}); }, "4294967295"},
-        {[&] {
-             s.create_atoms_and_bonds(V{0, 1}, V{5});
-         },
-         "5"},
-        {[&] { s.select_atom_indices(V{7}); }, "7"},
-    };
-    for (const auto& c : out_of_range)
-        EXPECT_EQ(error_text<std::out_of_range>(c.first), "IndexedTable::at Illegal index: " + c.second);
-    EXPECT_EQ(s.current_atom_selection(), (V{1, 2}));
-    EXPECT_EQ(s.current_bond_selection(), (V{1}));
+    const std::string range = "IndexedTable::at Illegal index: ";
+    for (const Case& c : {Case{{0, 1, 0}, {}, head + "atom 0 is selected twice"},
+                          Case{{0, 1}, {1}, head + "bond 1 joins an atom that is not selected"},
+                          Case{{0, 1}, {0, 0}, head + "bond 0 is selected twice"}, Case{{0, 5}, {}, range + "5"},
+                          Case{{0, 1}, {5}, range + "5"}}) {
+        auto create = [&] { s.create_atoms_and_bonds(c.atoms, c.bonds); };
+        EXPECT_EQ(c.message.find(range) == 0 ? error_text<std::out_of_range>(create)
+                                             : error_text<std::invalid_argument>(create),
+                  c.message);
+    }
+    EXPECT_EQ(error_text<std::invalid_argument>([&] {
+                  s.select_bond_indices(V{2, 2});
+              }),
+              head + "bond 2 is selected twice");
+    EXPECT_EQ(error_text<std::out_of_range>([&] { s.select_atom_indices_only(V{-1}); }), range + "4294967295");
+    EXPECT_EQ(error_text<std::out_of_range>([&] { s.select_atom_indices(V{7}); }), range + "7");
+    EXPECT_EQ(selection(s), "1 2 | 1");
     EXPECT_EQ(s.atom(0)->index(), 0);
 }
 
@@ -275,8 +244,7 @@ TEST(MoleculeSubset, ArchiveHoldsBothSelectionsAndRefusesBadOnes) {
     MoleculeSubset back(parent);
     Archive ar = archive_of(bytes);
     back.read(ar);
-    EXPECT_EQ(back.current_atom_selection(), (V{0, 1, 4}));
-    EXPECT_EQ(back.current_bond_selection(), (V{3, 0}));
+    EXPECT_EQ(selection(back), "0 1 4 | 3 0");
     EXPECT_EQ(back.bond(0)->atom1()->index(), 1);
     EXPECT_TRUE(*back.create_molecule() == *s.create_molecule());
 
@@ -298,14 +266,13 @@ TEST(MoleculeSubset, ArchiveHoldsBothSelectionsAndRefusesBadOnes) {
     for (const auto& c : cases) {
         Archive bad = archive_of(words(c.first));
         EXPECT_EQ(error_text<std::runtime_error>([&] { back.read(bad); }), c.second);
-        EXPECT_EQ(back.current_atom_selection(), (V{0, 1, 4}));
-        EXPECT_EQ(back.nbonds(), 2);
+        EXPECT_EQ(selection(back), "0 1 4 | 3 0");
     }
     for (std::size_t n = 0; n < bytes.size(); ++n) {
         Archive part = archive_of(cut(bytes, n));
         EXPECT_THROW(back.read(part), std::runtime_error) << n;
+        EXPECT_EQ(selection(back), "0 1 4 | 3 0");
     }
-    EXPECT_EQ(back.current_bond_selection(), (V{3, 0}));
 }
 
 // Views and proxies may not stand for themselves (a cycle of handles never
@@ -351,16 +318,11 @@ TEST(MoleculeAtomSiteIterator, WalksTheAtomsWithSitesOnly) {
     EXPECT_EQ(centroid(MoleculeAtomSiteIterator(*m), end), Point(2, 1, 1));
 
     MoleculeAtomSiteIterator a(*m), b(*m);
-    EXPECT_TRUE(a == b);
-    MoleculeAtomSiteIterator old = a++;
-    EXPECT_EQ(old.index(), 1);
+    EXPECT_EQ((a++).index(), 1);
     EXPECT_EQ(a->x(), 3.0);
     EXPECT_FALSE(a == b);
-    ++b;
-    EXPECT_TRUE(a == b);
-    ++ ++a;
-    EXPECT_TRUE(a == end);
-    ++a;  // the end stays the end
+    EXPECT_TRUE(a == ++b);
+    ++ ++ ++a;  // the end stays the end
     EXPECT_TRUE(a == end);
     EXPECT_EQ(error_text<std::out_of_range>([&] { *a; }), "MoleculeAtomSiteIterator::operator* - past the end");
     EXPECT_EQ(error_text<std::out_of_range>([&] { end.atom(); }), "MoleculeAtomSiteIterator::atom - past the end");

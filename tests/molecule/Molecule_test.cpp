@@ -78,12 +78,8 @@ TEST(Molecule, EveryEditOfAReadOnlyMoleculeNamesItself) {
     EXPECT_FALSE(m.editable());
     const HAtom free_atom = atom_at("C", "C9", 0, 0, 0);
     const HBond free_bond(new Bond3d(SINGLE_BOND));
-    const std::string tail = " this molecule can not be edited.";
-    struct Case {
-        const char* name;
-        std::function<void()> edit;
-    };
-    const std::vector<Case> cases = {
+    const std::vector<int> order = {2, 1, 0};
+    const std::pair<const char*, std::function<void()> > cases[] = {
         {"add", [&] { m.add(free_atom); }},
         {"unchecked_add", [&] { m.unchecked_add(free_atom); }},
         {"add", [&] { m.add(free_bond, 0, 1); }},
@@ -95,10 +91,7 @@ TEST(Molecule, EveryEditOfAReadOnlyMoleculeNamesItself) {
         {"remove", [&] { m.remove(m.bond(0)); }},
         {"isolate", [&] { m.isolate(m.atom(0)); }},
         {"clear", [&] { m.clear(); }},
-        {"reorder_atoms",
-         [&] {
-             m.reorder_atoms(std::vector<int>{2, 1, 0});
-         }},
+        {"reorder_atoms", [&] { m.reorder_atoms(order); }},
         {"inplace_split", [&] { m.inplace_split(); }},
         {"merge", [&] { m.merge(HMolecule(new Molecule3d(source))); }},
         {"add", [&] { m.add(source); }},
@@ -107,8 +100,9 @@ TEST(Molecule, EveryEditOfAReadOnlyMoleculeNamesItself) {
         {"add_graph", [&] { m.add_graph(OrderedGraph<HAtom, HBond>()); }},
         {"remove_graph", [&] { m.remove_graph(OrderedGraph<HAtom, HBond>()); }},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(error_text<std::runtime_error>(c.edit), std::string("Molecule::") + c.name + tail) << c.name;
+    for (const auto& c : cases)
+        EXPECT_EQ(error_text<std::runtime_error>(c.second),
+                  std::string("Molecule::") + c.first + " this molecule can not be edited.");
     EXPECT_EQ(m.natoms(), 3);
     EXPECT_EQ(m.nbonds(), 2);
     EXPECT_FALSE(m.archivable());
@@ -254,8 +248,7 @@ TEST(Molecule, MergeMatchesAtomsBySymmetryTagAndPosition) {
     ASSERT_EQ(a.natoms(), 5);
     EXPECT_EQ(labels_of(a), (std::vector<std::string>{"O1", "H1", "H2", "K1", "Na1"}));
     EXPECT_NE(a.atom(4), b->atom(3));  // a copy, not the atom itself
-    EXPECT_EQ(a.nbonds(), 3);
-    EXPECT_EQ(a.bond_index(0, 4), 2);
+    EXPECT_EQ(bonds_of(a), "O1-H1 O1-H2 O1-Na1");
     EXPECT_NE(log.find("Molecule::merge entered natoms=3 nbonds=2"), std::string::npos) << log;
     EXPECT_NE(log.find("Molecule::merge completed natoms=5 nbonds=3"), std::string::npos) << log;
 
@@ -269,15 +262,14 @@ TEST(Molecule, MergeMatchesAtomsBySymmetryTagAndPosition) {
     Molecule3d here(*molecule("O O1 0 0 0"));
     here.merge(molecule("Na Na1 5 0 0; O O1a 0 0 0; O O1b 0 0 2e-6", "O1a-O1b"));
     EXPECT_EQ(labels_of(here), (std::vector<std::string>{"O1", "Na1"}));
-    EXPECT_EQ(here.nbonds(), 0);
+    EXPECT_EQ(bonds_of(here), "");
 }
 
 TEST(Molecule, AddCopiesAndGraphsMoveTheAtomsThemselves) {
     Molecule3d a(*water()), b(*torsion_chain());
     EXPECT_EQ(a.add(b), (std::vector<int>{3, 4, 5, 6, 7}));
-    EXPECT_EQ(a.nbonds(), 6);
-    EXPECT_EQ(a.bond_index(4, 3), 2);  // b's bond 0 ran from its atom 1 to its atom 0
-    EXPECT_EQ(a.bond(2)->atom1(), a.atom(4));
+    EXPECT_EQ(bonds_of(a), "O1-H1 O1-H2 B-A C-B C-D D-E");
+    EXPECT_EQ(a.bond_index(4, 3), 2);
     EXPECT_NE(a.atom(3), b.atom(0));
 
     // A graph of selected atoms and bonds holds the molecule's own atoms.
@@ -303,11 +295,7 @@ TEST(Molecule, CreateMoleculeFromIndicesAndBySymmetry) {
     HMolecule3d chain = torsion_chain();
     HMolecule part = chain->create_molecule({3, 2, 4});
     EXPECT_EQ(labels_of(*part), (std::vector<std::string>{"D", "C", "E"}));
-    ASSERT_EQ(part->nbonds(), 2);  // C->D and D->E, renumbered
-    EXPECT_EQ(part->bond(0)->atom1()->index(), 1);
-    EXPECT_EQ(part->bond(0)->atom2()->index(), 0);
-    EXPECT_EQ(part->bond(1)->atom1()->index(), 0);
-    EXPECT_EQ(part->bond(1)->atom2()->index(), 2);
+    EXPECT_EQ(bonds_of(*part), "C-D D-E");
     EXPECT_NE(part->atom(0)->site(), chain->atom(3)->site());
 
     // An inversion through the origin in a 10 Angstrom cubic cell.
@@ -321,8 +309,7 @@ TEST(Molecule, CreateMoleculeFromIndicesAndBySymmetry) {
     EXPECT_NEAR(image->atom(0)->site()->frac()[0], 0.9, 1e-12);
     EXPECT_NEAR(image->atom(0)->site()->orth()[1], -2.0, 1e-12);
     EXPECT_NEAR(w->atom(0)->site()->frac()[0], 0.1, 1e-12);  // the source stays
-    EXPECT_EQ(image->bond_index(0, 1), 0);
-    EXPECT_EQ(image->nbonds(), 1);
+    EXPECT_EQ(bonds_of(*image), "O1-H1");
 }
 
 TEST(Molecule, ValidateAtLevelFourFindsBrokenViews) {

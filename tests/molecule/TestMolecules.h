@@ -59,6 +59,14 @@ inline std::vector<std::string> labels_of(const Molecule& m) {
     return labels;
 }
 
+/// The bonds in index order as "Label1-Label2", space-separated.
+inline std::string bonds_of(const Molecule& m) {
+    std::string out;
+    for (int i = 0; i < m.nbonds(); ++i)
+        out += (i == 0 ? "" : " ") + m.bond(i)->atom1()->label() + "-" + m.bond(i)->atom2()->label();
+    return out;
+}
+
 /// Whether `a` belongs to no molecule.
 inline bool is_free(const HAtom& a) { return a->graph_data().graph().unhand() == nullptr; }
 
@@ -201,12 +209,6 @@ const char* const linear_methyl = "H H1 -0.3638 0.5137 -0.8898; H H2 -0.3638 -1.
 inline HMolecule3d acetonitrile() {
     return molecule(std::string("C C1 0 0 0; C C2 1.46 0 0; N N1 2.62 0 0;") + linear_methyl,
                     "C1-C2 C2#N1 C1-H1 C1-H2 C1-H3");
-}
-
-/// CH3-C#C-H, linear. Heavy atoms C1, C2, C3.
-inline HMolecule3d propyne() {
-    return molecule(std::string("C C1 0 0 0; C C2 1.46 0 0; C C3 2.66 0 0; H H4 3.72 0 0;") + linear_methyl,
-                    "C1-C2 C2#C3 C3-H4 C1-H1 C1-H2 C1-H3");
 }
 
 /// CH3-N#C, linear. Heavy atoms C1, N1, C2.
