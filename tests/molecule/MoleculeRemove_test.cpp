@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <deque>
 #include <set>
 #include <sstream>
@@ -76,9 +75,6 @@ void expect_indices_consistent(const Molecule& m) {
     for (int i = 0; i < m.nbonds(); ++i) EXPECT_EQ(m.bond(i)->index(), i);
 }
 
-// Freed atoms and bonds say so when asked for their index.
-const std::string free_error = "Data<AtomType, BondType>::index cannot work when graph_ == 0";
-
 }  // namespace
 
 TEST(MoleculeRemove, RemoveHydrogensEqualsRemovingThemOneByOne) {
@@ -110,11 +106,10 @@ TEST(MoleculeRemove, RemoveHydrogensEqualsRemovingThemOneByOne) {
     EXPECT_EQ(batch.nbonds(), 120 * 7 + 119 + 11 * 2);
 
     for (const HAtom& h : hydrogens) {
-        EXPECT_EQ(error_text<std::runtime_error>([&] { h->index(); }), "ChemicalGraphAtom" + free_error);
+        EXPECT_TRUE(is_free(h));
         EXPECT_FALSE(batch.has_atom(h));
     }
-    for (const HBond& b : bonds)
-        EXPECT_EQ(error_text<std::runtime_error>([&] { b->index(); }), "ChemicalGraphBond" + free_error);
+    for (const HBond& b : bonds) EXPECT_TRUE(is_free(b));
     // A freed atom and bond may join another molecule.
     Molecule3d other;
     EXPECT_EQ(other.add(bonds.front(), hydrogens[0], hydrogens[1]), 0);
@@ -173,7 +168,6 @@ TEST(MoleculeRemove, RefusalsLeaveTheMoleculeAsItWas) {
     // A null atom anywhere in the list is refused before any atom goes, with
     // the message of removing it alone.
     const std::string null_error = error_text<std::invalid_argument>([&] { m.remove(HAtom()); });
-    EXPECT_EQ(null_error, "ChemicalGraph<AtomType, BondType>::remove_atom(HAtomType) atom is a null pointer");
     EXPECT_EQ(error_text<std::invalid_argument>([&] { m.remove_atoms({first, HAtom(), m.atom(1)}); }), null_error);
     EXPECT_TRUE(m == copy);
     EXPECT_EQ(first->index(), 0);

@@ -69,6 +69,7 @@ inline std::string bonds_of(const Molecule& m) {
 
 /// Whether `a` belongs to no molecule.
 inline bool is_free(const HAtom& a) { return a->graph_data().graph().unhand() == nullptr; }
+inline bool is_free(const HBond& b) { return b->graph_data().graph().unhand() == nullptr; }
 
 /// Adds the bonds written as space-separated tokens "A-B", "A=B", "A#B", "A:B", "A~B".
 inline void add_bonds(Molecule& m, const std::string& tokens) {
