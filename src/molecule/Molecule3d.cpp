@@ -1,5 +1,6 @@
 #include "molcryst/molecule/Molecule3d.h"
 
+#include <algorithm>
 #include <set>
 #include <stdexcept>
 #include <utility>
@@ -70,6 +71,35 @@ void Molecule3d::copy(const Molecule& x) {
             ends[static_cast<std::size_t>(i)].second);
 }
 
+namespace {
+
+// The first bond that cannot join `natoms` atoms: an end out of range, both
+// ends on one atom, or a pair joined before.
+struct BondFault {
+    enum Kind { NONE, OUT_OF_RANGE, SELF, REPEATED } kind = NONE;
+    int atom1 = 0, atom2 = 0;
+};
+
+BondFault find_bond_fault(const std::vector<THandle<BondData> >& bonds, std::size_t natoms) {
+    std::set<std::pair<int, int> > pairs;
+    for (const THandle<BondData>& b : bonds) {
+        BondFault fault;
+        fault.atom1 = b->atom1();
+        fault.atom2 = b->atom2();
+        if (fault.atom1 < 0 || fault.atom2 < 0 || static_cast<std::size_t>(fault.atom1) >= natoms ||
+            static_cast<std::size_t>(fault.atom2) >= natoms)
+            fault.kind = BondFault::OUT_OF_RANGE;
+        else if (fault.atom1 == fault.atom2)
+            fault.kind = BondFault::SELF;
+        else if (!pairs.insert(std::minmax(fault.atom1, fault.atom2)).second)
+            fault.kind = BondFault::REPEATED;
+        if (fault.kind != BondFault::NONE) return fault;
+    }
+    return BondFault();
+}
+
+}  // namespace
+
 void Molecule3d::assign(const Hvector_HAtom& atoms, const Hvector_HBondData& bonds) {
     // Checked before anything changes, so that a failure leaves this
     // molecule, and the atoms offered, as they were.
@@ -84,22 +114,26 @@ void Molecule3d::assign(const Hvector_HAtom& atoms, const Hvector_HBondData& bon
         if (!seen.insert(a.unhand()).second)
             throw std::invalid_argument("Molecule3d::assign an atom is given twice");
     }
-    const int n = static_cast<int>(atoms->size());
-    std::set<std::pair<int, int> > pairs;
-    for (const THandle<BondData>& b : *bonds) {
-        const int a1 = b->atom1(), a2 = b->atom2();
-        if (a1 < 0 || a1 >= n || a2 < 0 || a2 >= n)
-            throw std::out_of_range("Molecule3d::assign bond between atoms " + std::to_string(a1) + " and " +
-                                    std::to_string(a2) + " of " + std::to_string(n));
-        if (a1 == a2)
+    const BondFault fault = find_bond_fault(*bonds, atoms->size());
+    switch (fault.kind) {
+        case BondFault::NONE:
+            break;
+        case BondFault::OUT_OF_RANGE:
+            throw std::out_of_range("Molecule3d::assign bond between atoms " + std::to_string(fault.atom1) + " and " +
+                                    std::to_string(fault.atom2) + " of " + std::to_string(atoms->size()));
+        case BondFault::SELF:
             throw std::invalid_argument(
                 "ChemicalGraph<AtomType, BondType>::add(HBondType, HAtomType, HAtomType) an atom cannot be bonded "
                 "to itself");
-        if (!pairs.insert(std::make_pair(std::min(a1, a2), std::max(a1, a2))).second)
+        case BondFault::REPEATED:
             throw std::domain_error(
                 "ChemicalGraph<AtomType, BondType>::add(HBondType, HAtomType, HAtomType) atom1 and atom2 are already "
                 "in a different bond in this ChemicalGraph object");
     }
+    fill(atoms, bonds);
+}
+
+void Molecule3d::fill(const Hvector_HAtom& atoms, const Hvector_HBondData& bonds) {
     clear();
     for (const HAtom& a : *atoms) add(a);
     for (const THandle<BondData>& b : *bonds) add(HBond(new Bond3d(b->type())), atom(b->atom1()), atom(b->atom2()));
@@ -164,15 +198,17 @@ Hvector_HBondData read_bonds(Archive& ar, std::size_t natoms) {
     Archive::Field field(ar, "Molecule3d::read bonds");
     Hvector_HBondData bonds(new std::vector<THandle<BondData> >());
     ar >> *bonds;
-    std::set<std::pair<int, int> > pairs;
-    for (const THandle<BondData>& b : *bonds) {
-        const int a1 = b->atom1(), a2 = b->atom2();
-        if (a1 < 0 || a2 < 0 || static_cast<std::size_t>(a1) >= natoms || static_cast<std::size_t>(a2) >= natoms)
-            ar.read_error("bond between atoms " + std::to_string(a1) + " and " + std::to_string(a2) + " of " +
-                          std::to_string(natoms));
-        if (a1 == a2) ar.read_error("bond from atom " + std::to_string(a1) + " to itself");
-        if (!pairs.insert(std::make_pair(std::min(a1, a2), std::max(a1, a2))).second)
-            ar.read_error("atoms " + std::to_string(a1) + " and " + std::to_string(a2) + " bonded twice");
+    const BondFault fault = find_bond_fault(*bonds, natoms);
+    const std::string a1 = std::to_string(fault.atom1), a2 = std::to_string(fault.atom2);
+    switch (fault.kind) {
+        case BondFault::NONE:
+            break;
+        case BondFault::OUT_OF_RANGE:
+            ar.read_error("bond between atoms " + a1 + " and " + a2 + " of " + std::to_string(natoms));
+        case BondFault::SELF:
+            ar.read_error("bond from atom " + a1 + " to itself");
+        case BondFault::REPEATED:
+            ar.read_error("atoms " + a1 + " and " + a2 + " bonded twice");
     }
     return bonds;
 }
@@ -192,7 +228,7 @@ void Molecule3d::read(Archive& ar) {
         Archive::Field field(ar, "Molecule3d::read name");
         ar >> reserved_name;
     }
-    assign(atoms, bonds);
+    fill(atoms, bonds);  // new atoms, bonds checked by read_bonds
 }
 
 void Molecule3d::read_v1_format(Archive& ar, Molecule& molecule) {

@@ -52,6 +52,10 @@ public:
     /// The older layout: atoms, bonds, lists of alternative sites (the first
     /// of each is kept), then fields that are read and dropped.
     static void read_v1_format(Archive& ar, Molecule& molecule);
+
+private:
+    /// Clears, then adds the atoms and a Bond3d for each record, all checked before.
+    void fill(const Hvector_HAtom& atoms, const Hvector_HBondData& bonds);
 };
 
 typedef THandle<Molecule3d> HMolecule3d;
