@@ -3,14 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "molcryst/support/TARNLog.h"
+#include "common/ErrorText.h"
+#include "common/Text.h"
 
 using namespace molcryst;
+using molcryst::testing::error_text;
+using molcryst::testing::log_of;
 
 namespace {
 
@@ -21,27 +23,6 @@ std::vector<std::string> symbols(const ElementSet& s) {
     for (const Element& e : s.elements()) out.push_back(e.symbol());
     return out;
 }
-
-// Captures the debug log at level 1 for the life of the object.
-class LogCapture {
-public:
-    LogCapture() : level_(TARNLog::level_), minimum_(TARNLog::minimum_level_) {
-        TARNLog::level_ = 1;
-        TARNLog::minimum_level_ = 1;
-        TARNLog::set_stream(&text_);
-    }
-    ~LogCapture() {
-        TARNLog::set_stream(nullptr);
-        TARNLog::level_ = level_;
-        TARNLog::minimum_level_ = minimum_;
-    }
-    std::string text() const { return text_.str(); }
-
-private:
-    int level_, minimum_;
-    std::ostringstream text_;
-};
-
 }  // namespace
 
 TEST(ElementSetFactory, GroupsFollowTheTables) {
@@ -94,27 +75,22 @@ TEST(ElementSetFactory, NonMetalAgreesWithNonMetalsForEveryCode) {
 }
 
 TEST(ElementSetFactory, OutOfRangeFamiliesThrowAfterLoggingTheMessage) {
-    LogCapture log;
     const std::string group_message = "ElementSetFactory::group() - cannot access 1 > group > 18";
     const std::string row_message = "ElementSetFactory::transition_row() - cannot access 1 > row > 4";
-    for (int g : {0, 19, -1}) {
-        try {
-            ElementSetFactory::group(g);
-            ADD_FAILURE() << g;
-        } catch (const std::out_of_range& e) {
-            EXPECT_EQ(e.what(), group_message);
-        }
-    }
-    for (int r : {0, 5}) {
-        try {
-            ElementSetFactory::transition_row(r);
-            ADD_FAILURE() << r;
-        } catch (const std::out_of_range& e) {
-            EXPECT_EQ(e.what(), row_message);
-        }
-    }
-    EXPECT_EQ(log.text(), group_message + "\n" + group_message + "\n" + group_message + "\n" + row_message + "\n" +
-                              row_message + "\n");
+    const std::string log = log_of(1, [&] {
+        for (int g : {0, 19, -1})
+            EXPECT_EQ(error_text<std::out_of_range>([&] { ElementSetFactory::group(g); }), group_message) << g;
+        for (int r : {0, 5})
+            EXPECT_EQ(error_text<std::out_of_range>([&] { ElementSetFactory::transition_row(r); }), row_message) << r;
+    });
+    EXPECT_EQ(log, group_message + "\n" + group_message + "\n" + group_message + "\n" + row_message + "\n" +
+                       row_message + "\n");
+    // A quiet log formats nothing.
+    EXPECT_EQ(log_of(0, [] {
+                  EXPECT_THROW(ElementSetFactory::group(0), std::out_of_range);
+                  EXPECT_THROW(ElementSetFactory().create_set("??"), std::invalid_argument);
+              }),
+              "");
 }
 
 TEST(ElementSetFactory, RegistryHoldsTheStandardNamesWithItsTwoIrregularSets) {
@@ -150,15 +126,9 @@ TEST(ElementSetFactory, NamesAreCaseSensitiveAndUnknownNamesThrowAfterLogging) {
     ElementSetFactory f;
     EXPECT_TRUE(f.registered("LN"));
     EXPECT_FALSE(f.registered("ln"));
-    LogCapture log;
     const std::string message = "ElementSetFactory::create_set(): group not registered : ln";
-    try {
-        f.create_set("ln");
-        ADD_FAILURE();
-    } catch (const std::invalid_argument& e) {
-        EXPECT_EQ(e.what(), message);
-    }
-    EXPECT_EQ(log.text(), message + "\n");
+    EXPECT_EQ(log_of(1, [&] { EXPECT_EQ(error_text<std::invalid_argument>([&] { f.create_set("ln"); }), message); }),
+              message + "\n");
     EXPECT_EQ(f.all_sets().size(), 31u);
 
     // Registering replaces; the families stay as they were.
@@ -166,13 +136,4 @@ TEST(ElementSetFactory, NamesAreCaseSensitiveAndUnknownNamesThrowAfterLogging) {
     f.register_set("CC", ElementSet(Element("C")));
     EXPECT_EQ(f.find(Element("C")), (Names{"4A", "AA", "CC"}));
     EXPECT_EQ(ElementSetFactory::group(14).nelements(), 5);
-}
-
-TEST(ElementSetFactory, QuietLogFormatsNothing) {
-    std::ostringstream sink;
-    TARNLog::set_stream(&sink);
-    EXPECT_THROW(ElementSetFactory::group(0), std::out_of_range);
-    EXPECT_THROW(ElementSetFactory().create_set("??"), std::invalid_argument);
-    TARNLog::set_stream(nullptr);
-    EXPECT_TRUE(sink.str().empty());
 }

@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "common/ArchiveBytes.h"
+#include "common/ErrorText.h"
 
 #include <array>
 #include <cctype>
 #include <cmath>
-#include <cstdio>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -21,22 +21,11 @@
 using namespace molcryst;
 using molcryst::testing::archive_of;
 using molcryst::testing::bytes_of;
+using molcryst::testing::error_text;
 
 namespace {
 
 Element::TARNCode code(int c) { return static_cast<Element::TARNCode>(c); }
-
-// The exception message of `f`, which must throw E.
-template <class E, class F>
-std::string message_of(F f) {
-    try {
-        f();
-    } catch (const E& e) {
-        return e.what();
-    }
-    ADD_FAILURE() << "no exception thrown";
-    return std::string();
-}
 
 // What a name lookup means, written as plainly as possible: the codes scanned
 // in order against the symbols. The library's tables must agree with it.
@@ -56,15 +45,6 @@ int reference_name_code(const std::string& s) {  // -1 for a refused name
 }
 
 }  // namespace
-
-TEST(Element, DefaultIsUnknownAndPrintsItsSymbol) {
-    Element e;
-    EXPECT_EQ(e.code(), Element::Unknown);
-    EXPECT_EQ(to_string(e), "Unknown");
-    EXPECT_EQ(e.atomic_number(), 0);
-    EXPECT_EQ(e.vdw_radius(), 2.0);
-    EXPECT_FALSE(e.non_metal());
-}
 
 TEST(Element, CodesPutCarbonAndHydrogenFirstThenSymbolsInOrderWithLuBeforeLr) {
     EXPECT_EQ(Element::table_[1], "C");
@@ -93,14 +73,19 @@ TEST(Element, TellingRowsOfThePropertyTable) {
         int code, z;
         double vdw, covalent, volume, weight;
     };
+    // Deuterium is hydrogen but for its weight; the unknowns have only the
+    // radius that stands for "none published".
     const Row rows[] = {
-        {"C", 1, 6, 1.7, 0.68, 13.87, 12.011},    {"H", 2, 1, 1.2, 0.23, 5.08, 1.008},
-        {"D", 27, 1, 1.2, 0.23, 5.08, 2.0},       {"Cu", 26, 29, 1.4, 1.52, 26.9, 63.546},
-        {"K", 46, 19, 2.75, 1.33, 36.0, 39.102},  {"Lu", 50, 71, 2.0, 1.72, 35.0, 174.97},
-        {"Lr", 51, 103, 2.0, 0.0, 0.0, 255.5},    {"Fm", 34, 100, 2.0, 0.0, 0.0, 257.0},
+        {"C", 1, 6, 1.7, 0.68, 13.87, 12.011},     {"H", 2, 1, 1.2, 0.23, 5.08, 1.008},
+        {"D", 27, 1, 1.2, 0.23, 5.08, 2.0},        {"Cu", 26, 29, 1.4, 1.52, 26.9, 63.546},
+        {"K", 46, 19, 2.75, 1.33, 36.0, 39.102},   {"Lu", 50, 71, 2.0, 1.72, 35.0, 174.97},
+        {"Lr", 51, 103, 2.0, 0.0, 0.0, 255.5},     {"Fm", 34, 100, 2.0, 0.0, 0.0, 257.0},
         {"Na", 57, 11, 2.27, 0.97, 26.0, 22.9898}, {"X", 100, 0, 2.0, 0.0, 0.0, 0.0},
         {"Z", 104, 0, 2.0, 0.0, 0.0, 0.0},         {"Zz", 107, 0, 2.0, 0.0, 0.0, 0.0},
+        {"Unknown", 0, 0, 2.0, 0.0, 0.0, 0.0},
     };
+    EXPECT_EQ(Element().code(), Element::Unknown);
+    EXPECT_EQ(to_string(Element()), "Unknown");
     for (const Row& r : rows) {
         SCOPED_TRACE(r.symbol);
         Element e(r.symbol);
@@ -125,33 +110,12 @@ TEST(Element, EveryAtomicNumberOnceExceptHydrogenTwiceAndZeroForTheFourUnknowns)
         if (entry.first > 1) {
             EXPECT_EQ(entry.second.size(), 1u) << "atomic number " << entry.first;
         }
-
-    for (int c : {0, 100, 104, 107}) {
-        Element e(code(c));
-        EXPECT_EQ(e.vdw_radius(), 2.0);
-        EXPECT_EQ(e.covalent_radius() + e.atomic_volume() + e.atomic_weight(), 0.0);
-        EXPECT_EQ(Element::a1_[c] + Element::a2_[c] + Element::a3_[c] + Element::a4_[c] + Element::c_[c], 0.0);
-    }
 }
 
-TEST(Element, DeuteriumIsItsOwnElementWithHydrogensPropertiesButWeightTwo) {
-    Element d("D");
-    Element h("H");
-    EXPECT_EQ(d.code(), 27);
-    EXPECT_EQ(Element("d").code(), Element::D);
-    EXPECT_EQ(d.atomic_number(), 1);
-    EXPECT_EQ(d.atomic_weight(), 2.0);
-    EXPECT_EQ(d.vdw_radius(), h.vdw_radius());
-    EXPECT_EQ(d.covalent_radius(), h.covalent_radius());
-    EXPECT_EQ(d.atomic_volume(), h.atomic_volume());
-    for (double s : {0.0, 0.1, 1.0}) EXPECT_EQ(d.xray_scattering_factor(s), h.xray_scattering_factor(s));
-    EXPECT_TRUE(d.non_metal());
-    // By atomic number the lowest code wins: H, never D; Unknown, never X.
+TEST(Element, AtomicNumberToCodeTakesTheLowestCodeAndStopsAtLawrencium) {
+    // H, never D; Unknown, never X.
     EXPECT_EQ(Element::atomic_number_to_tarn_code(1), Element::H);
     EXPECT_EQ(Element::atomic_number_to_tarn_code(0), Element::Unknown);
-}
-
-TEST(Element, AtomicNumberToCodeStopsAtLawrencium) {
     EXPECT_EQ(Element::atomic_number_to_tarn_code(6), Element::C);
     EXPECT_EQ(Element::atomic_number_to_tarn_code(71), Element::Lu);
     EXPECT_EQ(Element::atomic_number_to_tarn_code(103), Element::Lr);
@@ -160,42 +124,29 @@ TEST(Element, AtomicNumberToCodeStopsAtLawrencium) {
     EXPECT_EQ(Element::atomic_number_to_tarn_code(6 + 256), Element::Unknown);
 }
 
-TEST(Element, NamesIgnoreCaseAndTheWordUnknownIsAccepted) {
-    for (const char* name : {"cl", "CL", "Cl", "cL"}) {
-        EXPECT_EQ(Element(name).code(), Element::Cl) << name;
-        EXPECT_EQ(Element(std::string(name)).code(), Element::Cl) << name;
-    }
-    for (const char* name : {"UNKNOWN", "unknown", "Unknown", "uNkNoWn"}) EXPECT_EQ(Element(name).code(), 0);
+TEST(Element, NamesOutsideTheShortOnesAndRefusalsNamingTheTextAsGiven) {
+    // Names of one or two printable characters are all checked below.
+    EXPECT_EQ(Element("uNkNoWn").code(), 0);
     Element e("N");
     e.init("na");
     EXPECT_EQ(e.code(), Element::Na);
-}
-
-TEST(Element, RefusedNamesThrowNamingTheTextAsGivenAndChangeNothing) {
-    EXPECT_EQ(message_of<std::invalid_argument>([] { Element(" C"); }), "Element::Element: Illegal element name:  C");
-    EXPECT_EQ(message_of<std::invalid_argument>([] { Element(std::string("Lw")); }),
+    EXPECT_EQ(error_text<std::invalid_argument>([] { Element(" C"); }), "Element::Element: Illegal element name:  C");
+    EXPECT_EQ(error_text<std::invalid_argument>([] { Element(std::string("Lw")); }),
               "Element::Element: Illegal element name: Lw");
-    EXPECT_EQ(message_of<std::invalid_argument>([] { Element(static_cast<const char*>(nullptr)); }),
+    EXPECT_EQ(error_text<std::invalid_argument>([] { Element(static_cast<const char*>(nullptr)); }),
               "Element::Element: Illegal element name: ");
-    for (const char* name : {"", "C ", "Xx", "CLA", "Unknow", "Unknown ", "1", "C1", "?", "Unk", "\xc3\x89"})
+    for (const char* name : {"", "CLA", "Unknow", "Unknown ", "Unk", "\xc3\x89"})
         EXPECT_THROW(Element{name}, std::invalid_argument) << '"' << name << '"';
     EXPECT_THROW(Element(std::string("C\0", 2)), std::invalid_argument);
-
-    Element e("Fe");
     EXPECT_THROW(e.init("Fee"), std::invalid_argument);
-    EXPECT_EQ(e.code(), Element::Fe);
-}
-
-TEST(Element, SymbolToCodeIsExactAndCaseSensitive) {
-    EXPECT_EQ(Element::atomic_symbol_to_tarn_code("Cl"), Element::Cl);
-    EXPECT_EQ(Element::atomic_symbol_to_tarn_code(std::string("Lr")), Element::Lr);
-    EXPECT_EQ(Element::atomic_symbol_to_tarn_code("CL"), 0);
-    EXPECT_EQ(Element::atomic_symbol_to_tarn_code("UNKNOWN"), 0);  // a miss, though init takes it
-    EXPECT_EQ(Element::atomic_symbol_to_tarn_code(std::string("C\0", 2)), 0);
-    EXPECT_EQ(Element::atomic_symbol_to_tarn_code(static_cast<const char*>(nullptr)), 0);
+    EXPECT_EQ(e.code(), Element::Na);
 }
 
 TEST(Element, LookupsAgreeWithAPlainScanForEveryShortName) {
+    // Symbol lookups are exact ("UNKNOWN" misses, though the constructor
+    // takes it) and stop at no embedded NUL.
+    EXPECT_EQ(Element::atomic_symbol_to_tarn_code(std::string("C\0", 2)), 0);
+    EXPECT_EQ(Element::atomic_symbol_to_tarn_code(static_cast<const char*>(nullptr)), 0);
     // Every name of one or two printable characters, and each symbol in
     // three cases: what the lookup maps answer must be what scanning says.
     std::vector<std::string> names;
@@ -226,10 +177,9 @@ TEST(Element, LookupsAgreeWithAPlainScanForEveryShortName) {
 }
 
 TEST(Element, CodesOutsideTheTableAreRefusedWithTheDecimalCode) {
-    EXPECT_EQ(Element(code(107)).symbol(), "Zz");
-    EXPECT_EQ(message_of<std::invalid_argument>([] { Element e(code(108)); }),
+    EXPECT_EQ(error_text<std::invalid_argument>([] { Element e(code(108)); }),
               "Element::Element: Illegal element code - 108");
-    EXPECT_EQ(message_of<std::invalid_argument>([] { Element e(code(-1)); }),
+    EXPECT_EQ(error_text<std::invalid_argument>([] { Element e(code(-1)); }),
               "Element::Element: Illegal element code - -1");
     EXPECT_EQ(to_string(Element::Zz), "107");
 }
@@ -249,26 +199,20 @@ TEST(Element, ArchivedAsOneSignedByteAloneAndInVectors) {
 }
 
 TEST(Element, BadOrMissingArchiveBytesThrow) {
-    {
-        Archive ar = archive_of({0xFF});
-        Element e;
-        EXPECT_EQ(message_of<std::invalid_argument>([&] { e.read(ar); }),
-                  "Element::Element: Illegal element code - -1");
-    }
+    Archive minus_one = archive_of({0xFF});
+    Element e;
+    EXPECT_EQ(error_text<std::invalid_argument>([&] { e.read(minus_one); }),
+              "Element::Element: Illegal element code - -1");
     for (unsigned char byte : {108, 127, 128}) {
         Archive ar = archive_of({byte});
         EXPECT_THROW(Element{ar}, std::invalid_argument) << int(byte);
     }
-    {
-        Archive ar = archive_of({});
-        std::string what = message_of<std::runtime_error>([&] { Element e(ar); });
-        EXPECT_NE(what.find("Element::read code"), std::string::npos) << what;
-    }
-    {
-        Archive ar = archive_of({3, 0, 0, 0, 1, 2});  // a vector of three with two bytes left
-        std::vector<Element> v;
-        EXPECT_THROW(ar >> v, std::runtime_error);
-    }
+    Archive empty = archive_of({});
+    std::string what = error_text<std::runtime_error>([&] { Element read(empty); });
+    EXPECT_NE(what.find("Element::read code"), std::string::npos) << what;
+    Archive short_vector = archive_of({3, 0, 0, 0, 1, 2});  // a vector of three with two bytes left
+    std::vector<Element> v;
+    EXPECT_THROW(short_vector >> v, std::runtime_error);
 }
 
 TEST(Element, EstimatedVolumeGrowsLinearlyFrom298Kelvin) {
@@ -335,18 +279,17 @@ TEST(lower_element_case, LowersTheSecondLetterOfListedPairsOnly) {
         const char* out;
         bool changed;
     };
+    // "LW" is listed though no element is "Lw"; the lists leave out two
+    // symbols of the table, gold and lawrencium.
     const Case cases[] = {
-        {"CL", "Cl", true},  {"CA", "Ca", true}, {"ZZ", "Zz", true},  {"LW", "Lw", true},  // LW is listed
-        {"NB", "Nb", true},  {"CH", "CH", false}, {"AB", "AB", false}, {"C", "C", false},
-        {"CLA", "CLA", false}, {"", "", false},   {"Cl", "Cl", false}, {"cl", "cl", false},
-        {"JA", "JA", false}, {"UA", "UA", false},
-        // The lists leave out two symbols of the table: gold and lawrencium.
-        {"AU", "AU", false}, {"LR", "LR", false},
+        {"CL", "Cl", true},  {"CA", "Ca", true},   {"ZZ", "Zz", true},  {"LW", "Lw", true},  {"NB", "Nb", true},
+        {"CH", "CH", false}, {"AB", "AB", false},  {"C", "C", false},   {"CLA", "CLA", false}, {"", "", false},
+        {"Cl", "Cl", false}, {"cl", "cl", false},  {"JA", "JA", false}, {"UA", "UA", false}, {"AU", "AU", false},
+        {"LR", "LR", false},
     };
     for (const Case& c : cases) {
         std::string s = c.in;
         EXPECT_EQ(lower_element_case(s), c.changed) << c.in;
         EXPECT_EQ(s, c.out);
     }
-    EXPECT_THROW(Element("Lw"), std::invalid_argument);
 }
