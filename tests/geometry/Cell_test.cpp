@@ -7,13 +7,15 @@
 
 #include "GeometryTestSupport.h"
 #include "SymmetryTestGroups.h"
+#include "common/Text.h"
 
 using namespace molcryst;
+using molcryst::testing::printed;
 
 namespace {
 typedef Vector<double, 3> V3;
-typedef Vector<int, 3> V3i;
 
+const double pi = 3.14159265358979323846;
 Angle deg(double d) { return Angle::from_degrees(d); }
 
 // The relation as text, "none" when there is none.
@@ -21,17 +23,15 @@ std::string relation(const Cell& cell, const Point& p, const Point& q, double to
     THandle<CrystalSymmetryTransformation> t = cell.symmetry_relation(p, q, tolerance);
     EXPECT_EQ(t.unhand() != nullptr, cell.is_symmetry_related(p, q, tolerance));
     if (t.unhand() == nullptr) return "none";
-    std::ostringstream text;
-    text << t->symmetry_operator() << " + " << t->lattice_translation();
-    EXPECT_TRUE(equals(*t * p, q, tolerance)) << text.str();
-    return text.str();
+    const std::string text = printed(t->symmetry_operator()) + " + " + printed(t->lattice_translation());
+    EXPECT_TRUE(equals(*t * p, q, tolerance)) << text;
+    return text;
 }
 }  // namespace
 
 TEST(Cell, MonoclinicMatricesInTheStandardOrientation) {
     const Cell cell(10.0, 12.0, 8.0, deg(90), deg(100), deg(90), molcryst_test::p21_c());
-    const double cb = std::cos(100.0 * 3.14159265358979323846 / 180);
-    const double sb = std::sin(100.0 * 3.14159265358979323846 / 180);
+    const double cb = std::cos(100 * pi / 180), sb = std::sin(100 * pi / 180);
     const Matrix<double, 3, 3>& a = cell.orth_from_frac();
     EXPECT_TRUE(equals(a.row(1), V3(10, 0, 8 * cb), 1e-12));
     EXPECT_TRUE(equals(a.row(2), V3(0, 12, 0), 1e-12));
@@ -53,14 +53,10 @@ TEST(Cell, MonoclinicMatricesInTheStandardOrientation) {
 
 TEST(Cell, TriclinicCellFromParametersAndFromEdges) {
     const Cell cell(5.0, 6.0, 7.0, deg(80), deg(85), deg(95));
-    const double ca = std::cos(80 * 3.14159265358979323846 / 180), cb = std::cos(85 * 3.14159265358979323846 / 180),
-                 cg = std::cos(95 * 3.14159265358979323846 / 180);
+    const double ca = std::cos(80 * pi / 180), cb = std::cos(85 * pi / 180), cg = std::cos(95 * pi / 180);
     EXPECT_NEAR(cell.volume(), 5 * 6 * 7 * std::sqrt(1 - ca * ca - cb * cb - cg * cg + 2 * ca * cb * cg), 1e-10);
-    EXPECT_NEAR(cell.a(), 5.0, 1e-14);
-    EXPECT_NEAR(cell.c(), 7.0, 1e-14);
-    EXPECT_NEAR(cell.alpha().degrees(), 80.0, 1e-12);
-    EXPECT_NEAR(cell.beta().degrees(), 85.0, 1e-12);
-    EXPECT_NEAR(cell.gamma().degrees(), 95.0, 1e-12);
+    EXPECT_TRUE(equals(V3(cell.a(), cell.b(), cell.c()), V3(5, 6, 7), 1e-14));
+    EXPECT_TRUE(equals(V3(cell.alpha().degrees(), cell.beta().degrees(), cell.gamma().degrees()), V3(80, 85, 95), 1e-12));
     EXPECT_EQ(cell.a_axis()[1], 0.0);
     EXPECT_EQ(cell.b_axis()[2], 0.0);
     EXPECT_GT(cell.c_axis()[2], 0.0);
@@ -89,12 +85,10 @@ TEST(Cell, ArchiveRoundTripEqualityAndPrint) {
     EXPECT_EQ(copy, cell);
     EXPECT_EQ(copy.frac_from_orth(), cell.frac_from_orth());
     EXPECT_NE(cell, Cell(10.0, 12.0, 8.0, deg(90), deg(100), deg(90), molcryst_test::p21_c()));
-    std::ostringstream text;
-    text << Cell(2, 3, 4, deg(90), deg(90), deg(90), molcryst_test::p_1bar());
-    EXPECT_EQ(text.str(), "a 2 b 3 c 4 alpha 90 beta 90 gamma 90 P-1 (2, triclinic): x,y,z; -x,-y,-z");
+    EXPECT_EQ(printed(Cell(2, 3, 4, deg(90), deg(90), deg(90), molcryst_test::p_1bar())),
+              "a 2 b 3 c 4 alpha 90 beta 90 gamma 90 P-1 (2, triclinic): x,y,z; -x,-y,-z");
 
-    std::vector<unsigned char> bytes;
-    for (int i = 0; i < 9; ++i) molcryst_test::append(bytes, i < 3 ? 1.0 : 0.0);  // b and c are zero
+    const std::vector<unsigned char> bytes = molcryst_test::image(1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0);  // b, c zero
     EXPECT_EQ(molcryst_test::read_error<Cell>(bytes), "Cell::read axes: the axes span no volume");
     // A failed read leaves the cell as it was.
     Archive ar = molcryst_test::archive_of(bytes);

@@ -2,14 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "GeometryTestSupport.h"
 #include "SymmetryTestGroups.h"
+#include "common/Text.h"
 #include "molcryst/geometry/CrystalSymmetryTransformation.h"
 #include "molcryst/geometry/Spacegroup.h"
 
 using namespace molcryst;
+using molcryst::testing::error_text;
+using molcryst::testing::printed;
 
 namespace {
 typedef Vector<double, 3> V3;
@@ -32,9 +33,7 @@ TEST(CrystalSymmetryOperator, TripletsReadAndPrintBack) {
     const CrystalSymmetryOperator op("-x+1/2,y+1/2,-z+1/2");
     EXPECT_EQ(op.rotation(), (Matrix<int, 3, 3>(-1, 0, 0, 0, 1, 0, 0, 0, -1)));
     EXPECT_EQ(op.translation(), V3(0.5, 0.5, 0.5));
-    std::ostringstream text;
-    text << op;
-    EXPECT_EQ(text.str(), "-x+1/2,y+1/2,-z+1/2");
+    EXPECT_EQ(printed(op), "-x+1/2,y+1/2,-z+1/2");
 }
 
 TEST(CrystalSymmetryOperator, BadTripletsAreRefused) {
@@ -46,12 +45,8 @@ TEST(CrystalSymmetryOperator, BadTripletsAreRefused) {
         EXPECT_EQ(kept, CrystalSymmetryOperator("-x,-y,-z"));
         EXPECT_THROW(CrystalSymmetryOperator{std::string(text)}, std::invalid_argument) << text;
     }
-    try {
-        CrystalSymmetryOperator("x,y");
-        FAIL();
-    } catch (const std::invalid_argument& e) {
-        EXPECT_STREQ(e.what(), "CrystalSymmetryOperator::CrystalSymmetryOperator(const std::string&) cannot read \"x,y\"");
-    }
+    EXPECT_EQ(error_text<std::invalid_argument>([] { CrystalSymmetryOperator("x,y"); }),
+              "CrystalSymmetryOperator::CrystalSymmetryOperator(const std::string&) cannot read \"x,y\"");
     EXPECT_THROW(CrystalSymmetryOperator(Matrix<int, 3, 3>(), V3()), std::invalid_argument);
 }
 
@@ -75,12 +70,11 @@ TEST(CrystalSymmetryOperator, CompositionInverseAndComparison) {
 TEST(CrystalSymmetryOperator, ArchiveRoundTripAndBadRotation) {
     const CrystalSymmetryOperator op("x-y,x,z+1/6");
     EXPECT_EQ(molcryst_test::round_trip(op), op);
-    Archive ar = Archive::temporary();
-    op.write(ar);
-    EXPECT_EQ(molcryst_test::bytes_of(ar).size(), 33u);
+    EXPECT_EQ(molcryst::testing::written(op).size(), 33u);
 
     std::vector<unsigned char> bytes(9, 0);  // the zero matrix
-    for (int i = 0; i < 3; ++i) molcryst_test::append(bytes, 0.0);
+    const std::vector<unsigned char> translation = molcryst_test::image(0.0, 0.0, 0.0);
+    bytes.insert(bytes.end(), translation.begin(), translation.end());
     EXPECT_EQ(molcryst_test::read_error<CrystalSymmetryOperator>(bytes),
               "CrystalSymmetryOperator::read: the rotation does not have determinant 1 or -1");
 }
@@ -89,9 +83,7 @@ TEST(CrystalSymmetryTransformation, LatticeTranslationInverseAndPrint) {
     const CrystalSymmetryTransformation t(CrystalSymmetryOperator("-x+1/2,y+1/2,-z+1/2"), V3i(1, 0, -1));
     EXPECT_EQ(t.translation(), V3(1.5, 0.5, -0.5));
     EXPECT_EQ(t * Point(0.1, 0.2, 0.3), Point(1.4, 0.7, -0.8));
-    std::ostringstream text;
-    text << t;
-    EXPECT_EQ(text.str(), "-x+3/2,y+1/2,-z-1/2");
+    EXPECT_EQ(printed(t), "-x+3/2,y+1/2,-z-1/2");
 
     const CrystalSymmetryTransformation u = t.inverse();
     EXPECT_TRUE(equals(u * (t * Point(0.1, 0.2, 0.3)), Point(0.1, 0.2, 0.3), 1e-15));
@@ -122,18 +114,11 @@ TEST(Spacegroup, OperatorsNamesAndArchive) {
     const Spacegroup c2c = molcryst_test::c2_c();
     EXPECT_TRUE(c2c.is_centrosymmetric());
     EXPECT_EQ(molcryst_test::round_trip(c2c), c2c);
-    std::ostringstream text;
-    text << molcryst_test::p21_c();
-    EXPECT_EQ(text.str(), "P21/c (14, monoclinic): x,y,z; -x,y+1/2,-z+1/2; -x,-y,-z; x,-y+1/2,z+1/2");
-
-    std::vector<unsigned char> bytes;
-    molcryst_test::append(bytes, 2u);
-    bytes.push_back('P');
-    bytes.push_back('1');
-    molcryst_test::append(bytes, 1);
-    molcryst_test::append(bytes, 9);  // no such system
-    molcryst_test::append(bytes, 0);
-    EXPECT_EQ(molcryst_test::read_error<Spacegroup>(bytes), "Spacegroup::read: unknown crystal system 9");
+    EXPECT_EQ(printed(molcryst_test::p21_c()),
+              "P21/c (14, monoclinic): x,y,z; -x,y+1/2,-z+1/2; -x,-y,-z; x,-y+1/2,z+1/2");
+    // Name, number, crystal system 9 (there is none), no operators.
+    EXPECT_EQ(molcryst_test::read_error<Spacegroup>(molcryst_test::image(std::string("P1"), 1, 9, 0)),
+              "Spacegroup::read: unknown crystal system 9");
 }
 
 TEST(Spacegroup, GeneratesWholeGroupsFromGenerators) {

@@ -1,40 +1,24 @@
-// Helpers shared by the geometry tests: archive round trips and byte images.
+// Helpers shared by the geometry tests: archive round trips, the message of a
+// refused read, and the archive image of a list of values.
 #ifndef MOLCRYST_TESTS_GEOMETRY_GEOMETRYTESTSUPPORT_H
 #define MOLCRYST_TESTS_GEOMETRY_GEOMETRYTESTSUPPORT_H
 
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "molcryst/support/Archive.h"
+#include "common/ArchiveBytes.h"
+#include "common/ErrorText.h"
 
 namespace molcryst_test {
 
-/// The bytes written so far, the archive left rewound.
-inline std::vector<unsigned char> bytes_of(molcryst::Archive& ar) {
-    ar.rewind();
-    std::vector<unsigned char> out;
-    int c;
-    while ((c = std::fgetc(ar.file())) != EOF) out.push_back(static_cast<unsigned char>(c));
-    ar.rewind();
-    return out;
-}
-
-/// A temporary archive holding these bytes, rewound.
-inline molcryst::Archive archive_of(const std::vector<unsigned char>& bytes) {
-    molcryst::Archive ar = molcryst::Archive::temporary();
-    if (!bytes.empty()) ar.write_bytes(bytes.data(), bytes.size());
-    ar.rewind();
-    return ar;
-}
+using molcryst::testing::archive_of;
+using molcryst::testing::bytes_of;
 
 /// Writes `value` by its write(), reads it back into a default object.
 template <class T>
 T round_trip(const T& value) {
-    molcryst::Archive ar = molcryst::Archive::temporary();
-    value.write(ar);
-    ar.rewind();
+    molcryst::Archive ar = archive_of(molcryst::testing::written(value));
     T copy;
     copy.read(ar);
     return copy;
@@ -45,21 +29,15 @@ template <class T>
 std::string read_error(const std::vector<unsigned char>& bytes) {
     molcryst::Archive ar = archive_of(bytes);
     T value;
-    try {
-        value.read(ar);
-    } catch (const std::runtime_error& e) {
-        return e.what();
-    }
-    return "no exception";
+    return molcryst::testing::error_text<std::runtime_error>([&] { value.read(ar); });
 }
 
-/// Little-endian bytes of a primitive.
-template <class T>
-void append(std::vector<unsigned char>& bytes, T value) {
+/// What the archive holds for `values` written one after another.
+template <class... T>
+std::vector<unsigned char> image(const T&... values) {
     molcryst::Archive ar = molcryst::Archive::temporary();
-    ar << value;
-    std::vector<unsigned char> b = bytes_of(ar);
-    bytes.insert(bytes.end(), b.begin(), b.end());
+    ((ar << values), ...);
+    return bytes_of(ar);
 }
 
 }  // namespace molcryst_test

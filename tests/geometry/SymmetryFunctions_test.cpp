@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <sstream>
 
 #include "SymmetryTestGroups.h"
+#include "common/Text.h"
 #include "molcryst/geometry/FractionalSolid.h"
 #include "molcryst/geometry/OrthogonalSolid.h"
 #include "molcryst/geometry/Slab.h"
@@ -22,9 +22,9 @@ Angle deg(double d) { return Angle::from_degrees(d); }
 THandle<Solid> box(const Point& a, const Point& b) { return THandle<Solid>(new Box(a, b)); }
 
 std::string text_of(const std::vector<CrystalSymmetryTransformation>& ts) {
-    std::ostringstream out;
-    for (std::size_t i = 0; i < ts.size(); ++i) out << (i == 0 ? "" : " ") << ts[i];
-    return out.str();
+    std::string out;
+    for (std::size_t i = 0; i < ts.size(); ++i) out += (i == 0 ? "" : " ") + molcryst::testing::printed(ts[i]);
+    return out;
 }
 }  // namespace
 

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
+#include "common/Text.h"
 #include "molcryst/geometry/Ellipsoid.h"
 #include "molcryst/geometry/Quaternion.h"
 #include "molcryst/geometry/Rectangle2d.h"
@@ -21,8 +20,6 @@ TEST(Transformation, PointsTakeTheTranslationAndVectorsDoNot) {
     const Transformation u = t.inverse();
     EXPECT_TRUE(equals(u * (t * Point(1, 2, 3)), Point(1, 2, 3), 1e-12));
     EXPECT_TRUE(equals((t * u) * Point(4, 5, 6), Point(4, 5, 6), 1e-12));
-    EXPECT_EQ(t.translation(), V3(5, 6, 7));
-    EXPECT_EQ(t.matrix()(3, 3), 1.0);
 }
 
 TEST(Transformation, SetRotTurnsByTheRightHandRule) {
@@ -67,7 +64,5 @@ TEST(Rectangle2d, CornersInEitherOrder) {
     EXPECT_EQ(r.centre(), Point2d(2, 2));
     EXPECT_TRUE(r.contains(Point2d(3, 4)));
     EXPECT_FALSE(r.contains(Point2d(3.5, 4)));
-    std::ostringstream text;
-    text << r;
-    EXPECT_EQ(text.str(), "(1, 0) (3, 4)");
+    EXPECT_EQ(molcryst::testing::printed(r), "(1, 0) (3, 4)");
 }

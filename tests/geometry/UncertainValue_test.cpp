@@ -3,21 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <sstream>
 #include <string>
 
 #include "GeometryTestSupport.h"
+#include "common/Text.h"
 #include "molcryst/geometry/Angle.h"
 
 using namespace molcryst;
-
-namespace {
-std::string printed(const UncertainValue& v) {
-    std::ostringstream text;
-    text << v;
-    return text.str();
-}
-}  // namespace
+using molcryst::testing::error_text;
+using molcryst::testing::printed;
+using molcryst_test::image;
+using molcryst_test::read_error;
 
 TEST(UncertainValue, ParsesAndPrintsBackTheCrystallographicNotation) {
     for (const char* text : {"1.234(5)", "0.0123(12)", "-7(2)", "12.50(25)", "0.5(10)", "3.0(0)"}) {
@@ -63,12 +59,8 @@ TEST(UncertainValue, BadTextReportsFailure) {
     bool ok = true;
     UncertainValue::parse("1." + std::string(200, '0') + "(1)", &ok);
     EXPECT_FALSE(ok);
-    try {
-        UncertainValue::parse("1.2(");
-        FAIL();
-    } catch (const std::invalid_argument& e) {
-        EXPECT_STREQ(e.what(), "UncertainValue::parse(const std::string&, bool*) cannot read \"1.2(\"");
-    }
+    EXPECT_EQ(error_text<std::invalid_argument>([] { UncertainValue::parse("1.2("); }),
+              "UncertainValue::parse(const std::string&, bool*) cannot read \"1.2(\"");
 }
 
 TEST(UncertainValue, RangeIsPlusMinusKStandardUncertainties) {
@@ -86,28 +78,16 @@ TEST(UncertainValue, ArchivesRoundTripAndRejectBadValues) {
     EXPECT_EQ(molcryst_test::round_trip(UncertainValue(2.5)), UncertainValue(2.5));
     EXPECT_EQ(molcryst_test::round_trip(UncertainValue::parse("1.2e3(2)")), UncertainValue::parse("1.2e3(2)"));
 
-    Archive ar = Archive::temporary();
-    v.write(ar);
-    EXPECT_EQ(molcryst_test::bytes_of(ar).size(), 13u);
+    EXPECT_EQ(molcryst::testing::written(v).size(), 13u);
 
-    std::vector<unsigned char> bytes;
-    molcryst_test::append(bytes, 1.0);
-    molcryst_test::append(bytes, -2);  // digits below -1
-    molcryst_test::append(bytes, static_cast<signed char>(0));
-    EXPECT_EQ(molcryst_test::read_error<UncertainValue>(bytes), "Uncertainty::read: negative digits -2");
-
-    bytes.clear();
-    molcryst_test::append(bytes, 1.0);
-    molcryst_test::append(bytes, -1);  // unknown, yet with a decimal place
-    molcryst_test::append(bytes, static_cast<signed char>(3));
-    EXPECT_EQ(molcryst_test::read_error<UncertainValue>(bytes),
+    // Value, digits, decimal place: digits below -1; unknown digits (-1)
+    // with a decimal place; a value that is no number.
+    const signed char none = 0, three = 3;
+    EXPECT_EQ(read_error<UncertainValue>(image(1.0, -2, none)), "Uncertainty::read: negative digits -2");
+    EXPECT_EQ(read_error<UncertainValue>(image(1.0, -1, three)),
               "Uncertainty::read: an unknown uncertainty with a decimal place");
-
-    bytes.clear();
-    molcryst_test::append(bytes, std::numeric_limits<double>::quiet_NaN());
-    molcryst_test::append(bytes, 1);
-    molcryst_test::append(bytes, static_cast<signed char>(3));
-    EXPECT_EQ(molcryst_test::read_error<UncertainValue>(bytes), "UncertainValue::read: the value is not a finite number");
+    EXPECT_EQ(read_error<UncertainValue>(image(std::numeric_limits<double>::quiet_NaN(), 1, three)),
+              "UncertainValue::read: the value is not a finite number");
 
     // A short file is the archive's to report, and the object keeps its value.
     Archive shortfile = molcryst_test::archive_of({1, 2, 3});
@@ -127,9 +107,8 @@ TEST(Uncertainty, CombinesIndependentTermsAtTheFinestPlace) {
     EXPECT_FALSE(Uncertainty::combine(permutation, unknown, 1).known());  // no term counts
     EXPECT_THROW(Uncertainty(-1, 0), std::invalid_argument);
 
-    std::ostringstream text;
-    text << Uncertainty(12, 4) << ' ' << Uncertainty() << ' ' << Uncertainty(2, -2);
-    EXPECT_EQ(text.str(), "0.0012 ? 200");
+    EXPECT_EQ(printed(Uncertainty(12, 4)) + ' ' + printed(Uncertainty()) + ' ' + printed(Uncertainty(2, -2)),
+              "0.0012 ? 200");
 }
 
 TEST(Angle, DegreesRadiansArithmeticAndArchive) {
@@ -151,12 +130,9 @@ TEST(Angle, DegreesRadiansArithmeticAndArchive) {
     EXPECT_EQ(Angle::acos(1.0 + 1e-15).degrees(), 0.0);
     EXPECT_DOUBLE_EQ(Angle::acos(-1.0 / 3.0).degrees(), 109.47122063449069);
 
-    std::ostringstream text;
-    text << Angle::from_degrees(120.0);
-    EXPECT_EQ(text.str(), "120 degrees");
+    EXPECT_EQ(printed(Angle::from_degrees(120.0)), "120 degrees");
 
     EXPECT_EQ(molcryst_test::round_trip(Angle::from_degrees(109.5)), Angle::from_degrees(109.5));
-    std::vector<unsigned char> bytes;
-    molcryst_test::append(bytes, std::numeric_limits<double>::infinity());
-    EXPECT_EQ(molcryst_test::read_error<Angle>(bytes), "Angle::read radians: the angle is not a finite number");
+    EXPECT_EQ(read_error<Angle>(image(std::numeric_limits<double>::infinity())),
+              "Angle::read radians: the angle is not a finite number");
 }
