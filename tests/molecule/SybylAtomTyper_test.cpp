@@ -66,14 +66,11 @@ double average_angle(const HMolecule3d& m, const std::string& label) {
 }
 
 // A typer that answers one word for everything, under a chosen name.
-class StubTyper : public AtomTyper {
-public:
+struct StubTyper : AtomTyper {
     explicit StubTyper(const std::string& name) : name_(name) {}
     std::string atom_type(const Atom&) const override { return "stub"; }
     std::string bond_type(const Bond&) const override { return "stub"; }
     std::string name() const override { return name_; }
-
-private:
     std::string name_;
 };
 
@@ -84,7 +81,6 @@ TEST(SybylAtomTyper, BondOrderRulesOnDrawnMolecules) {
     EXPECT_EQ(heavy_atom_types(m), "C2 C.2, C1 C.3, O1 O.2, N1 N.am");
     EXPECT_EQ(heavy_bond_types(m), "C2-C1 1, C2-O1 2, C2-N1 1");
     EXPECT_EQ(type_of(m, "H1"), "H");
-    EXPECT_EQ(bond_type_of(m, "N1", "H1"), "1");
     EXPECT_EQ(known.is_atom_2d_ruled(*atom_labelled(*m, "C2")), 0);
 
     EXPECT_EQ(heavy_atom_types(thioacetamide()), "C2 C.2, C1 C.3, S1 S.2, N1 N.am");
@@ -382,7 +378,6 @@ TEST(SybylAtomTyper, AverageBondAngle) {
 }
 
 TEST(SybylAtomTyper, MoleculeTypingQueries) {
-    EXPECT_EQ(known.name(), "SybylAtomTyper");
     HMolecule3d m = unknown(methanesulphonate());
     const int o1 = atom_index(*m, "O1");
     const int so = m->bond_index(atom_index(*m, "S1"), o1);
