@@ -56,7 +56,8 @@ TEST(Cell, TriclinicCellFromParametersAndFromEdges) {
     const double ca = std::cos(80 * pi / 180), cb = std::cos(85 * pi / 180), cg = std::cos(95 * pi / 180);
     EXPECT_NEAR(cell.volume(), 5 * 6 * 7 * std::sqrt(1 - ca * ca - cb * cb - cg * cg + 2 * ca * cb * cg), 1e-10);
     EXPECT_TRUE(equals(V3(cell.a(), cell.b(), cell.c()), V3(5, 6, 7), 1e-14));
-    EXPECT_TRUE(equals(V3(cell.alpha().degrees(), cell.beta().degrees(), cell.gamma().degrees()), V3(80, 85, 95), 1e-12));
+    EXPECT_TRUE(
+        equals(V3(cell.alpha().degrees(), cell.beta().degrees(), cell.gamma().degrees()), V3(80, 85, 95), 1e-12));
     EXPECT_EQ(cell.a_axis()[1], 0.0);
     EXPECT_EQ(cell.b_axis()[2], 0.0);
     EXPECT_GT(cell.c_axis()[2], 0.0);
@@ -88,7 +89,8 @@ TEST(Cell, ArchiveRoundTripEqualityAndPrint) {
     EXPECT_EQ(printed(Cell(2, 3, 4, deg(90), deg(90), deg(90), molcryst_test::p_1bar())),
               "a 2 b 3 c 4 alpha 90 beta 90 gamma 90 P-1 (2, triclinic): x,y,z; -x,-y,-z");
 
-    const std::vector<unsigned char> bytes = molcryst_test::image(1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0);  // b, c zero
+    const std::vector<unsigned char> bytes =
+        molcryst_test::image(1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0);  // b, c zero
     EXPECT_EQ(molcryst_test::read_error<Cell>(bytes), "Cell::read axes: the axes span no volume");
     // A failed read leaves the cell as it was.
     Archive ar = molcryst_test::archive_of(bytes);
