@@ -3,62 +3,34 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <deque>
+#include <functional>
+#include <set>
 #include <string>
+#include <vector>
+
+#include "common/ErrorText.h"
+#include "graph/TestGraphs.h"
 
 using namespace molcryst;
+using namespace molcryst::testing;
 
 namespace {
-
-struct Node {
-    explicit Node(std::string l) : label(std::move(l)) {}
-    std::string label;
-};
-struct Edge {};
-typedef THandle<Node> HNode;
-typedef THandle<Edge> HEdge;
 typedef Graph<HNode, HEdge> G;
+typedef Numbered<G> NumberedGraph;
 
-/// Nodes named n0, n1, ... and edges made on demand.
-struct Fixture {
-    std::vector<HNode> n;
-    explicit Fixture(int count) {
-        for (int i = 0; i < count; ++i) n.push_back(HNode(new Node("n" + std::to_string(i))));
-    }
-    HEdge join(G& g, int a, int b) {
-        HEdge e(new Edge());
-        g.add_edge(e, n[a], n[b]);
-        return e;
-    }
-};
-
-std::string labels(const std::vector<HNode>& nodes) {
-    std::string text;
-    for (const HNode& node : nodes) text += (text.empty() ? "" : " ") + node->label;
-    return text;
-}
-
-template <class F>
-std::string invalid_argument_text(F f) {
-    try {
-        f();
-    } catch (const std::invalid_argument& e) {
-        return e.what();
-    }
-    return "no exception";
-}
-
+std::string text(const std::function<void()>& f) { return error_text<std::invalid_argument>(f); }
+const char* const same_ends = "EdgeData::EdgeData - invalid edge: id1 equals id2";
 }  // namespace
 
 TEST(EdgeData, EqualityIgnoresOrderAndPairsSortByHighThenLowEndDescending) {
-    HNode a(new Node("a")), b(new Node("b")), c(new Node("c"));
     typedef EdgeData<HNode, HEdge> E;
-    EXPECT_EQ(E(a, b), E(b, a));
-    EXPECT_NE(E(a, b), E(a, c));
-    EXPECT_EQ(invalid_argument_text([&] { E(a, a); }), "EdgeData::EdgeData - invalid edge: id1 equals id2");
-
-    std::vector<HNode> nodes = {a, b, c};
+    std::vector<HNode> nodes = {node("a"), node("b"), node("c")};
     std::sort(nodes.begin(), nodes.end());  // descending address
-    HNode hi = nodes[0], mid = nodes[1], lo = nodes[2];
+    const HNode hi = nodes[0], mid = nodes[1], lo = nodes[2];
+    EXPECT_EQ(E(hi, mid), E(mid, hi));
+    EXPECT_NE(E(hi, mid), E(hi, lo));
+    EXPECT_EQ(text([&] { E(lo, lo); }), same_ends);
     // Pairs with the higher high end come first; on equal high ends, the higher low end.
     EXPECT_TRUE(E(hi, lo) < E(mid, lo));
     EXPECT_TRUE(E(lo, hi) < E(lo, mid));
@@ -68,264 +40,176 @@ TEST(EdgeData, EqualityIgnoresOrderAndPairsSortByHighThenLowEndDescending) {
 }
 
 TEST(Graph, AddEdgeChecksBeforeChangingAnything) {
-    G g;
-    Fixture f(3);
-    HEdge e = f.join(g, 0, 1);
-    EXPECT_EQ(g.nnodes(), 2);
+    NumberedGraph m(2, {{0, 1}});
+    const HNode c = node("c");
+    const HEdge other = edge("x");
     // The same edge again, in either order, is a no-op.
-    g.add_edge(e, f.n[0], f.n[1]);
-    g.add_edge(e, f.n[1], f.n[0]);
-    EXPECT_EQ(g.nedges(), 1);
-
-    HEdge other(new Edge());
-    EXPECT_EQ(invalid_argument_text([&] { g.add_edge(other, f.n[1], f.n[0]); }),
+    m.g.add_edge(m.e[0], m.n[0], m.n[1]);
+    m.g.add_edge(m.e[0], m.n[1], m.n[0]);
+    EXPECT_EQ(text([&] { m.g.add_edge(other, m.n[1], m.n[0]); }),
               "Graph::add_edge - attempt to add edge twice with different identifiers");
-    EXPECT_EQ(invalid_argument_text([&] { g.add_edge(e, f.n[0], f.n[2]); }),
-              "Graph::add_edge - duplicate edge identifier");
-    EXPECT_EQ(invalid_argument_text([&] { g.add_edge(other, f.n[2], f.n[2]); }),
-              "EdgeData::EdgeData - invalid edge: id1 equals id2");
-    EXPECT_EQ(invalid_argument_text([&] { g.unchecked_add_edge(other, f.n[0], f.n[0]); }),
-              "EdgeData::EdgeData - invalid edge: id1 equals id2");
+    EXPECT_EQ(text([&] { m.g.add_edge(m.e[0], m.n[0], c); }), "Graph::add_edge - duplicate edge identifier");
+    EXPECT_EQ(text([&] { m.g.add_edge(other, c, c); }), same_ends);
+    EXPECT_EQ(text([&] { m.g.unchecked_add_edge(other, m.n[0], m.n[0]); }), same_ends);
     // None of the failures left a trace.
-    EXPECT_EQ(g.nnodes(), 2);
-    EXPECT_EQ(g.nedges(), 1);
-    EXPECT_FALSE(g.has_node(f.n[2]));
-    EXPECT_TRUE(g.consistent());
+    EXPECT_EQ(m.g.nnodes(), 2);
+    EXPECT_EQ(m.g.nedges(), 1);
+    EXPECT_FALSE(m.g.has_node(c));
+    EXPECT_TRUE(m.g.consistent());
 }
 
 TEST(Graph, QueriesAndTheirMessages) {
-    G g;
-    Fixture f(4);
-    HEdge e01 = f.join(g, 0, 1);
-    g.add_node(f.n[3]);
-    g.add_node(f.n[3]);
-    EXPECT_EQ(g.nnodes(), 3);
+    NumberedGraph m(3, {{0, 1}});  // c has no edge
+    const HNode x = node("x");
+    m.g.add_node(m.n[2]);
+    EXPECT_EQ(m.g.nnodes(), 3);
+    EXPECT_TRUE(m.g.has_edge(m.n[1], m.n[0]));
+    EXPECT_FALSE(m.g.has_edge(x, m.n[0]));  // unknown first node
+    EXPECT_EQ(m.g.edge(m.n[1], m.n[0]), m.e[0]);
+    EXPECT_EQ(labels(std::vector<HNode>{m.g.edge_node1(m.e[0]), m.g.edge_node2(m.e[0])}), "a b");
+    EXPECT_EQ(m.g.degree_node(m.n[0]), 1);
+    EXPECT_EQ(m.g.degree_node(m.n[2]), 0);
+    EXPECT_EQ(m.g.degree_node(x), -1);
 
-    EXPECT_TRUE(g.has_edge(e01));
-    EXPECT_TRUE(g.has_edge(f.n[1], f.n[0]));
-    EXPECT_FALSE(g.has_edge(f.n[2], f.n[0]));  // unknown first node
-    EXPECT_EQ(g.edge(f.n[1], f.n[0]), e01);
-    EXPECT_EQ(g.edge_node1(e01), f.n[0]);
-    EXPECT_EQ(g.edge_node2(e01), f.n[1]);
-    EXPECT_EQ(g.degree_node(f.n[0]), 1);
-    EXPECT_EQ(g.degree_node(f.n[3]), 0);
-    EXPECT_EQ(g.degree_node(f.n[2]), -1);
-
-    HEdge stranger(new Edge());
-    EXPECT_EQ(invalid_argument_text([&] { g.edge(f.n[0], f.n[3]); }),
-              "Graph::edge:  no edge between the two specified nodes");
-    EXPECT_EQ(invalid_argument_text([&] { g.edge(f.n[0], f.n[0]); }),
-              "EdgeData::EdgeData - invalid edge: id1 equals id2");
-    EXPECT_EQ(invalid_argument_text([&] { g.edge_node1(stranger); }), "Graph::edge_node1:  no edge with specified id");
-    EXPECT_EQ(invalid_argument_text([&] { g.edge_node2(stranger); }), "Graph::edge_node2:  no edge with specified id");
-    EXPECT_EQ(invalid_argument_text([&] { g.node_begin_neighbours(f.n[2]); }),
-              "Graph::node_begin_neighbours:  no node with specified id");
-    EXPECT_EQ(invalid_argument_text([&] { g.node_end_neighbours(f.n[2]); }),
-              "Graph::node_end_neighbours:  no node with specified id");
-    EXPECT_EQ(invalid_argument_text([&] {
-                  std::vector<HNode> out;
-                  g.nodes_one_side(f.n[0], f.n[3], out);
-              }),
+    std::vector<HNode> out;
+    EXPECT_EQ(text([&] { m.g.edge(m.n[0], m.n[2]); }), "Graph::edge:  no edge between the two specified nodes");
+    EXPECT_EQ(text([&] { m.g.edge(m.n[0], m.n[0]); }), same_ends);
+    EXPECT_EQ(text([&] { m.g.edge_node1(edge("x")); }), "Graph::edge_node1:  no edge with specified id");
+    EXPECT_EQ(text([&] { m.g.edge_node2(edge("x")); }), "Graph::edge_node2:  no edge with specified id");
+    EXPECT_EQ(text([&] { m.g.node_begin_neighbours(x); }), "Graph::node_begin_neighbours:  no node with specified id");
+    EXPECT_EQ(text([&] { m.g.node_end_neighbours(x); }), "Graph::node_end_neighbours:  no node with specified id");
+    EXPECT_EQ(text([&] { m.g.nodes_one_side(m.n[0], m.n[2], out); }),
               "Graph::nodes_one_side(): no edge containing node1 and node2");
 }
 
 TEST(Graph, NeighboursWalkInDescendingAddressOrder) {
-    G g;
-    Fixture f(6);
-    for (int i = 1; i < 6; ++i) f.join(g, 0, i);
-    std::vector<HNode> walked(g.node_begin_neighbours(f.n[0]), g.node_end_neighbours(f.n[0]));
+    NumberedGraph m(6, {{0, 1}, {0, 2}, {0, 3}, {0, 4}, {0, 5}});
+    std::vector<HNode> walked(m.g.node_begin_neighbours(m.n[0]), m.g.node_end_neighbours(m.n[0]));
     ASSERT_EQ(walked.size(), 5u);
     for (std::size_t i = 1; i < walked.size(); ++i) EXPECT_GT(walked[i - 1].unhand(), walked[i].unhand());
 }
 
 TEST(Graph, RemovalIsSilentForUnknownThingsAndKeepsInvariants) {
-    G g;
-    Fixture f(4);
-    HEdge e01 = f.join(g, 0, 1);
-    f.join(g, 1, 2);
-    f.join(g, 2, 0);
-    g.remove_edge(HEdge(new Edge()));
-    g.remove_edge(f.n[0], f.n[3]);
-    g.isolate_node(f.n[3]);
-    g.remove_node(f.n[3]);
-    EXPECT_EQ(g.nedges(), 3);
+    NumberedGraph m(3, cycle(0, 3));
+    const HNode x = node("x");
+    m.g.remove_edge(edge("x"));
+    m.g.remove_edge(m.n[0], x);
+    m.g.isolate_node(x);
+    m.g.remove_node(x);
+    EXPECT_EQ(m.g.nedges(), 3);
 
-    g.remove_edge(e01);
-    EXPECT_FALSE(g.has_edge(f.n[0], f.n[1]));
-    EXPECT_FALSE(g.has_edge(e01));
-    g.remove_edge(f.n[2], f.n[1]);
-    EXPECT_EQ(g.nedges(), 1);
-    g.isolate_node(f.n[0]);
-    EXPECT_EQ(g.nedges(), 0);
-    EXPECT_EQ(g.nnodes(), 3);
-    g.remove_node(f.n[1]);
-    EXPECT_EQ(g.nnodes(), 2);
-    EXPECT_TRUE(g.consistent());
-    g.clear();
-    EXPECT_EQ(g.nnodes(), 0);
+    m.g.remove_edge(m.e[0]);
+    EXPECT_FALSE(m.g.has_edge(m.n[0], m.n[1]));
+    EXPECT_FALSE(m.g.has_edge(m.e[0]));
+    m.g.remove_edge(m.n[2], m.n[1]);
+    EXPECT_EQ(m.g.nedges(), 1);
+    m.g.isolate_node(m.n[0]);
+    EXPECT_EQ(m.g.nedges(), 0);
+    EXPECT_EQ(m.g.nnodes(), 3);
+    m.g.remove_node(m.n[1]);
+    EXPECT_EQ(m.g.nnodes(), 2);
+    EXPECT_TRUE(m.g.consistent());
+    m.g.clear();
+    EXPECT_EQ(m.g.nnodes(), 0);
 }
 
 TEST(Graph, ComponentsInOrderOfTheirFirstNode) {
-    G g;
-    EXPECT_EQ(g.ncomponents(), 0);
-    EXPECT_TRUE(g.contiguous());
-    std::deque<std::set<HNode> > parts;
-    EXPECT_EQ(g.components(parts), 0);
+    std::deque<std::set<HNode> > parts(1);
+    G empty;
+    EXPECT_EQ(empty.ncomponents(), 0);
+    EXPECT_TRUE(empty.contiguous());
+    EXPECT_EQ(empty.components(parts), 0);
 
-    Fixture f(7);
-    f.join(g, 0, 1);
-    f.join(g, 1, 2);
-    f.join(g, 3, 4);
-    g.add_node(f.n[5]);
-    EXPECT_TRUE(g.contiguous() == false);
-    EXPECT_EQ(g.ncomponents(), 3);
-    EXPECT_EQ(g.ncomponents(2), 2);  // stops at the limit
-    EXPECT_EQ(g.ncomponents(7), 3);
-
-    ASSERT_EQ(g.components(parts), 3);
-    // The first component holds the first node of the map, and so on.
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        HNode first_unseen;
-        for (const auto& entry : g.nodes()) {
-            bool seen = false;
-            for (std::size_t j = 0; j < i; ++j) seen = seen || parts[j].count(entry.first) != 0;
-            if (!seen) {
-                first_unseen = entry.first;
-                break;
-            }
-        }
-        EXPECT_EQ(parts[i].count(first_unseen), 1u) << "component " << i;
-    }
-    std::size_t total = 0;
-    for (const auto& part : parts) total += part.size();
-    EXPECT_EQ(total, 6u);
+    NumberedGraph m(6, {{0, 1}, {1, 2}, {3, 4}});
+    EXPECT_FALSE(m.g.contiguous());
+    EXPECT_EQ(m.g.ncomponents(), 3);
+    EXPECT_EQ(m.g.ncomponents(2), 2);  // stops at the limit
+    EXPECT_EQ(m.g.ncomponents(7), 3);
+    ASSERT_EQ(m.g.components(parts), 3);
+    EXPECT_EQ(std::set<std::set<HNode> >(parts.begin(), parts.end()),
+              (std::set<std::set<HNode> >{m.nodes({0, 1, 2}), m.nodes({3, 4}), m.nodes({5})}));
+    // Walking the nodes in map order meets the parts in their order.
+    std::vector<int> met;
+    for (const auto& entry : m.g.nodes())
+        for (int i = 0; i < 3; ++i)
+            if (parts[i].count(entry.first) != 0 && std::find(met.begin(), met.end(), i) == met.end()) met.push_back(i);
+    EXPECT_EQ(met, (std::vector<int>{0, 1, 2}));
 }
 
 TEST(Graph, NodesOneSideOnChainsTerminalsAndRings) {
-    // n0-n1-n2-n3 with a ring n3-n4-n5-n3 and a branch n1-n6.
-    G g;
-    Fixture f(7);
-    f.join(g, 0, 1);
-    f.join(g, 1, 2);
-    f.join(g, 2, 3);
-    f.join(g, 3, 4);
-    f.join(g, 4, 5);
-    f.join(g, 5, 3);
-    f.join(g, 1, 6);
-
+    // a-b-c-d with a ring d-e-f-d and a branch b-g.
+    NumberedGraph m(7, {{0, 1}, {1, 2}, {2, 3}, {3, 4}, {4, 5}, {5, 3}, {1, 6}});
     std::vector<HNode> out;
-    EXPECT_TRUE(g.nodes_one_side(f.n[0], f.n[1], out));
-    EXPECT_EQ(labels(out), "n0");  // a terminal seen from itself
+    EXPECT_TRUE(m.g.nodes_one_side(m.n[0], m.n[1], out));
+    EXPECT_EQ(labels(out), "a");  // a terminal seen from itself
 
-    EXPECT_TRUE(g.nodes_one_side(f.n[2], f.n[1], out));
-    ASSERT_EQ(out.size(), 4u);
-    EXPECT_EQ(out[0], f.n[2]);
-    EXPECT_EQ(out[1], f.n[3]);
-    // Breadth first, each node's neighbours in set order: the ring atoms come
-    // in the order n3 lists them.
-    std::vector<HNode> ring;
-    for (auto n = g.node_begin_neighbours(f.n[3]); n != g.node_end_neighbours(f.n[3]); ++n)
-        if (*n != f.n[2]) ring.push_back(*n);
-    EXPECT_EQ(std::vector<HNode>(out.begin() + 2, out.end()), ring);
+    // Breadth first, each node's neighbours in set order: the ring nodes come
+    // in the order d lists them.
+    EXPECT_TRUE(m.g.nodes_one_side(m.n[2], m.n[1], out));
+    std::vector<HNode> expected = {m.n[2], m.n[3]};
+    for (auto n = m.g.node_begin_neighbours(m.n[3]); n != m.g.node_end_neighbours(m.n[3]); ++n)
+        if (*n != m.n[2]) expected.push_back(*n);
+    EXPECT_EQ(out, expected);
 
-    EXPECT_TRUE(g.nodes_one_side(f.n[1], f.n[2], out));
+    EXPECT_TRUE(m.g.nodes_one_side(m.n[1], m.n[2], out));
     EXPECT_EQ(out.size(), 3u);
-    EXPECT_EQ(out[0], f.n[1]);
-    EXPECT_EQ(std::count(out.begin(), out.end(), f.n[2]), 0);
+    EXPECT_EQ(out[0], m.n[1]);
+    EXPECT_EQ(std::count(out.begin(), out.end(), m.n[2]), 0);
 
     // A ring bond: false, with nothing reported.
-    EXPECT_FALSE(g.nodes_one_side(f.n[3], f.n[4], out));
+    EXPECT_FALSE(m.g.nodes_one_side(m.n[3], m.n[4], out));
     EXPECT_TRUE(out.empty());
-
     std::vector<HNode> left, right;
-    EXPECT_FALSE(g.nodes_either_side(f.n[4], f.n[5], left, right));
-    EXPECT_TRUE(left.empty());
-    EXPECT_TRUE(right.empty());
-    EXPECT_TRUE(g.nodes_either_side(f.n[1], f.n[2], left, right));
+    EXPECT_FALSE(m.g.nodes_either_side(m.n[4], m.n[5], left, right));
+    EXPECT_TRUE(left.empty() && right.empty());
+    EXPECT_TRUE(m.g.nodes_either_side(m.n[1], m.n[2], left, right));
     EXPECT_EQ(left.size() + right.size(), 7u);
 }
 
 TEST(Graph, ShortestPathBreaksTiesByNeighbourOrder) {
-    // A square n0-n1-n3 and n0-n2-n3: two equally short paths.
-    G g;
-    Fixture f(5);
-    f.join(g, 0, 1);
-    f.join(g, 1, 3);
-    f.join(g, 0, 2);
-    f.join(g, 2, 3);
-    g.add_node(f.n[4]);
-
+    // A square a-b-d and a-c-d: two equally short paths; e stands alone.
+    NumberedGraph m(5, {{0, 1}, {1, 3}, {0, 2}, {2, 3}});
     std::vector<HNode> path;
-    ASSERT_TRUE(g.shortest_path(f.n[0], f.n[3], path));
-    ASSERT_EQ(path.size(), 3u);
-    // The winner goes through the neighbour of n0 that comes first in the set.
-    HNode first_neighbour = *g.node_begin_neighbours(f.n[0]);
-    EXPECT_EQ(path[1], first_neighbour);
-    EXPECT_EQ(path.front(), f.n[0]);
-    EXPECT_EQ(path.back(), f.n[3]);
+    ASSERT_TRUE(m.g.shortest_path(m.n[0], m.n[3], path));
+    // The winner goes through the neighbour of a that comes first in the set.
+    EXPECT_EQ(path, (std::vector<HNode>{m.n[0], *m.g.node_begin_neighbours(m.n[0]), m.n[3]}));
+    ASSERT_TRUE(m.g.shortest_path(m.n[0], m.n[1], path));
+    EXPECT_EQ(labels(path), "a b");
 
-    ASSERT_TRUE(g.shortest_path(f.n[0], f.n[1], path));
-    EXPECT_EQ(labels(path), "n0 n1");
-
-    EXPECT_FALSE(g.shortest_path(f.n[0], f.n[0], path));
+    EXPECT_FALSE(m.g.shortest_path(m.n[0], m.n[0], path));
     EXPECT_TRUE(path.empty());
-    EXPECT_FALSE(g.shortest_path(f.n[0], f.n[4], path));  // other component
-    EXPECT_FALSE(g.shortest_path(f.n[0], HNode(new Node("x")), path));
+    EXPECT_FALSE(m.g.shortest_path(m.n[0], m.n[4], path));  // other component
+    EXPECT_FALSE(m.g.shortest_path(m.n[0], node("x"), path));
 }
 
 TEST(Graph, SuppressedEdgeHidesAdjacencyButNotIdentity) {
-    G g;
-    Fixture f(3);
-    HEdge e = f.join(g, 0, 1);
-    f.join(g, 1, 2);
-    g.suppress_edge(f.n[0], f.n[1]);
-    EXPECT_FALSE(g.has_edge(f.n[0], f.n[1]));
-    EXPECT_TRUE(g.has_edge(e));
-    EXPECT_EQ(g.edge_node1(e), f.n[0]);
-    EXPECT_EQ(g.ncomponents(), 2);
-    g.unsuppress_edge(f.n[0], f.n[1]);
-    EXPECT_TRUE(g.has_edge(f.n[1], f.n[0]));
-    EXPECT_TRUE(g.consistent());
+    NumberedGraph m(3, {{0, 1}, {1, 2}});
+    m.g.suppress_edge(m.n[0], m.n[1]);
+    EXPECT_FALSE(m.g.has_edge(m.n[0], m.n[1]));
+    EXPECT_TRUE(m.g.has_edge(m.e[0]));
+    EXPECT_EQ(m.g.edge_node1(m.e[0]), m.n[0]);
+    EXPECT_EQ(m.g.ncomponents(), 2);
+    m.g.unsuppress_edge(m.n[0], m.n[1]);
+    EXPECT_TRUE(m.g.has_edge(m.n[1], m.n[0]));
+    EXPECT_TRUE(m.g.consistent());
     // Unknown ends make it a no-op, or half of one, and unsuppressing a pair
     // that is no edge adds nothing.
-    HNode stranger(new Node("x"));
-    g.suppress_edge(stranger, f.n[1]);
-    g.suppress_edge(f.n[1], stranger);
-    g.unsuppress_edge(f.n[1], stranger);
-    g.unsuppress_edge(f.n[0], f.n[2]);
-    EXPECT_EQ(g.degree_node(f.n[1]), 2);
-    EXPECT_FALSE(g.has_edge(f.n[0], f.n[2]));
-    EXPECT_TRUE(g.consistent());
-    EXPECT_EQ(g.ncomponents(), 1);
+    const HNode x = node("x");
+    m.g.suppress_edge(x, m.n[1]);
+    m.g.suppress_edge(m.n[1], x);
+    m.g.unsuppress_edge(m.n[1], x);
+    m.g.unsuppress_edge(m.n[0], m.n[2]);
+    EXPECT_EQ(m.g.degree_node(m.n[1]), 2);
+    EXPECT_FALSE(m.g.has_edge(m.n[0], m.n[2]));
+    EXPECT_TRUE(m.g.consistent());
+    EXPECT_EQ(m.g.ncomponents(), 1);
 }
 
 TEST(Graph, RemovingANodeNamedByAReferenceIntoTheGraph) {
     // The argument refers into a neighbour set that the removal edits.
-    G g;
-    Fixture f(4);
-    f.join(g, 0, 1);
-    f.join(g, 1, 2);
-    f.join(g, 1, 3);
-    HNode hub = f.n[1];
-    g.remove_node(*g.node_begin_neighbours(f.n[0]));
-    EXPECT_FALSE(g.has_node(hub));
-    EXPECT_EQ(g.nedges(), 0);
-    EXPECT_TRUE(g.consistent());
-}
-
-TEST(Graph, LongChainNeedsNoDeepRecursion) {
-    // A chain of 200000 nodes: every traversal is iterative.
-    G g;
-    const int count = 200000;
-    std::vector<HNode> nodes;
-    nodes.reserve(count);
-    for (int i = 0; i < count; ++i) nodes.push_back(HNode(new Node("")));
-    for (int i = 1; i < count; ++i) g.add_edge(HEdge(new Edge()), nodes[i - 1], nodes[i]);
-    EXPECT_EQ(g.ncomponents(), 1);
-    std::vector<HNode> path;
-    ASSERT_TRUE(g.shortest_path(nodes.front(), nodes.back(), path));
-    EXPECT_EQ(path.size(), static_cast<std::size_t>(count));
-    std::vector<HNode> side;
-    EXPECT_TRUE(g.nodes_one_side(nodes[1], nodes[0], side));
-    EXPECT_EQ(side.size(), static_cast<std::size_t>(count - 1));
+    NumberedGraph m(4, {{0, 1}, {1, 2}, {1, 3}});
+    m.g.remove_node(*m.g.node_begin_neighbours(m.n[0]));
+    EXPECT_FALSE(m.g.has_node(m.n[1]));
+    EXPECT_EQ(m.g.nedges(), 0);
+    EXPECT_TRUE(m.g.consistent());
 }

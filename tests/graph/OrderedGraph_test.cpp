@@ -4,29 +4,19 @@
 
 #include <algorithm>
 #include <deque>
-#include <numeric>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "common/ErrorText.h"
+#include "graph/TestGraphs.h"
+
 using namespace molcryst;
+using namespace molcryst::testing;
 
 namespace {
 
-struct Node {
-    explicit Node(std::string l) : label(std::move(l)) {}
-    std::string label;
-};
-struct Edge {
-    explicit Edge(std::string l) : label(std::move(l)) {}
-    std::string label;
-};
-typedef THandle<Node> HNode;
-typedef THandle<Edge> HEdge;
 typedef OrderedGraph<HNode, HEdge> OG;
-
-HNode node(const std::string& label) { return HNode(new Node(label)); }
-HEdge edge(const std::string& label) { return HEdge(new Edge(label)); }
 
 /// The labels of the nodes in index order, then " |", then those of the edges.
 std::string layout(const OG& g) {
@@ -35,16 +25,6 @@ std::string layout(const OG& g) {
     text += "|";
     for (OG::const_edge_iterator i = g.begin_edges(); i != g.end_edges(); ++i) text += " " + (*i)->label;
     return text;
-}
-
-template <class Exception, class F>
-std::string error_text(F f) {
-    try {
-        f();
-    } catch (const Exception& e) {
-        return e.what();
-    }
-    return "no exception";
 }
 
 }  // namespace
@@ -81,15 +61,10 @@ TEST(OrderedGraph, IndicesFollowTheOrderOfAddition) {
 }
 
 TEST(OrderedGraph, RemovalClosesTheGaps) {
-    OG g;
-    std::vector<HNode> n;
-    for (const char* label : {"a", "b", "c", "d", "e"}) n.push_back(node(label));
-    g.add_edge(edge("ab"), n[0], n[1]);
-    g.add_edge(edge("bc"), n[1], n[2]);
-    g.add_edge(edge("cd"), n[2], n[3]);
-    HEdge de = edge("de");
-    g.add_edge(de, n[3], n[4]);
-    g.add_edge(edge("ca"), n[2], n[0]);
+    Numbered<OG> m(5, {{0, 1}, {1, 2}, {2, 3}, {3, 4}, {2, 0}});
+    OG& g = m.g;
+    const std::vector<HNode>& n = m.n;
+    const HEdge de = m.e[3];
     EXPECT_EQ(layout(g), "a b c d e | ab bc cd de ca");
 
     // Removing b takes its two edges with it; everything above moves down.
@@ -99,14 +74,18 @@ TEST(OrderedGraph, RemovalClosesTheGaps) {
     EXPECT_EQ(g.edge_index(de), 1);
     EXPECT_EQ(error_text<std::out_of_range>([&] { g.node(g.nnodes()); }), "IndexedTable::at Illegal index: 4");
     EXPECT_EQ(error_text<std::out_of_range>([&] { g.edge(3u); }), "IndexedTable::at Illegal index: 3");
+    EXPECT_EQ(error_text<std::invalid_argument>([&] { g.node_index(n[1]); }),
+              "OrderedGraph::node_index:  no node with the specified id");
     EXPECT_EQ(g.nnodes(), 4u);
     EXPECT_EQ(g.OG::Base::nnodes(), 4);
 
     g.remove_edge(de);
-    g.remove_edge(de);           // unknown now: ignored
-    g.remove_node(node("x"));    // likewise
+    g.remove_edge(de);         // unknown now: ignored
+    g.remove_node(node("x"));  // likewise
     EXPECT_EQ(layout(g), "a c d e | cd ca");
-    g.remove_edge(n[0], n[2]);   // by its ends
+    EXPECT_EQ(error_text<std::invalid_argument>([&] { g.edge_index(de); }),
+              "OrderedGraph::edge_index:  no edge with the specified id");
+    g.remove_edge(n[0], n[2]);  // by its ends
     EXPECT_EQ(layout(g), "a c d e | cd");
     g.add_edge(edge("ec"), n[4], n[2]);
     g.isolate_node(n[2]);
@@ -116,15 +95,6 @@ TEST(OrderedGraph, RemovalClosesTheGaps) {
     g.clear();
     EXPECT_EQ(layout(g), "|");
     EXPECT_EQ(g.OG::Base::nnodes(), 0);
-}
-
-TEST(OrderedGraph, IndexMessages) {
-    OG g;
-    g.add_edge(edge("ab"), node("a"), node("b"));
-    EXPECT_EQ(error_text<std::invalid_argument>([&] { g.node_index(node("x")); }),
-              "OrderedGraph::node_index:  no node with the specified id");
-    EXPECT_EQ(error_text<std::invalid_argument>([&] { g.edge_index(edge("x")); }),
-              "OrderedGraph::edge_index:  no edge with the specified id");
 }
 
 TEST(OrderedGraph, SplitKeepsIndexOrderAndOrdersPartsByTheirFirstNode) {
@@ -159,28 +129,26 @@ TEST(OrderedGraph, SplitKeepsIndexOrderAndOrdersPartsByTheirFirstNode) {
 
 TEST(OrderedGraph, SplitOfOneComponentIsAnIndependentCopy) {
     THandle<std::vector<THandle<OG> > > parts;
-    HNode a = node("a"), b = node("b"), c = node("c");
+    std::vector<HNode> n;
     {
-        OG g;
-        g.add_edge(edge("ab"), a, b);
-        g.add_edge(edge("bc"), b, c);
-        g.add_edge(edge("ca"), c, a);
+        Numbered<OG> m(3, cycle(0, 3));
+        n = m.n;
         std::deque<std::set<HNode> > rings;
-        EXPECT_EQ(g.basic_ring_set(rings), 1);  // caches and search state filled before the copy
-        parts = g.split();
+        EXPECT_EQ(m.g.basic_ring_set(rings), 1);  // caches and search state filled before the copy
+        parts = m.g.split();
         ASSERT_EQ(parts->size(), 1u);
-        g.remove_node(a);
-        EXPECT_EQ(layout(g), "b c | bc");
+        m.g.remove_node(n[0]);
+        EXPECT_EQ(layout(m.g), "b c | bc");
     }
     // The copy outlives its source and searches on its own adjacency.
     OG& copy = *(*parts)[0];
     EXPECT_EQ(layout(copy), "a b c | ab bc ca");
     std::set<HNode> ring;
-    EXPECT_EQ(copy.node_smallest_ring(b, ring), 3);
+    EXPECT_EQ(copy.node_smallest_ring(n[1], ring), 3);
     std::deque<std::set<HNode> > rings;
     EXPECT_EQ(copy.basic_ring_set(rings), 1);
-    copy.remove_edge(copy.edge(b, c));
-    EXPECT_FALSE(copy.is_node_cyclic(a, nullptr));
+    copy.remove_edge(copy.edge(n[1], n[2]));
+    EXPECT_FALSE(copy.is_node_cyclic(n[0], nullptr));
     EXPECT_EQ(copy.basic_ring_set(rings), 0);
 }
 
@@ -206,17 +174,10 @@ namespace {
 
 // Two hexagons, a-b-c-d-e-f and e-f-g-h-i-j, fused on the edge e-f; a tail
 // c-k-l, a triangle m-n-o and a lone node p.
-struct RingGraph {
-    std::vector<HNode> n;
-    OG g;
-    RingGraph() {
-        for (const char* label : {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n", "o", "p"})
-            n.push_back(node(label));
-        const int pairs[][2] = {{0, 1}, {1, 2}, {2, 3}, {3, 4},  {4, 5},   {5, 0},   {5, 6},   {6, 7},
-                                {7, 8}, {8, 9}, {9, 4}, {2, 10}, {10, 11}, {12, 13}, {13, 14}, {14, 12}};
-        for (const auto& p : pairs) g.add_edge(edge(n[p[0]]->label + n[p[1]]->label), n[p[0]], n[p[1]]);
-        g.add_node(n[15]);
-    }
+struct RingGraph : Numbered<OG> {
+    RingGraph()
+        : Numbered<OG>(
+              16, join(join(cycle(0, 6), {{5, 6}, {6, 7}, {7, 8}, {8, 9}, {9, 4}, {2, 10}, {10, 11}}), cycle(12, 3))) {}
 };
 
 // The rings of the basic ring set as label strings, then each node's smallest ring size.
@@ -225,10 +186,10 @@ std::string ring_answers(const OG& g) {
     g.basic_ring_set(rings);
     std::vector<std::string> texts;
     for (const std::set<HNode>& ring : rings) {
-        std::vector<std::string> labels;
-        for (const HNode& x : ring) labels.push_back(x->label);
-        std::sort(labels.begin(), labels.end());
-        texts.push_back(std::accumulate(labels.begin(), labels.end(), std::string()));
+        std::string text;
+        for (const HNode& x : ring) text += x->label;
+        std::sort(text.begin(), text.end());  // one letter a node
+        texts.push_back(text);
     }
     std::sort(texts.begin(), texts.end());
     std::string out;
