@@ -7,9 +7,11 @@
 #include <set>
 #include <string>
 
+#include "common/ErrorText.h"
 #include "molcryst/support/TransformingIterator.h"
 
 using namespace molcryst;
+using molcryst::testing::error_text;
 
 namespace {
 struct Twice {
@@ -58,18 +60,10 @@ TEST(PolymorphicConstIterator, DifferentContainersMismatchAndNullIsAnError) {
     std::set<int> s = {1};
     PolymorphicConstIterator<int> a = make_polymorphic_const_iterator<int>(d.cbegin());
     PolymorphicConstIterator<int> b = make_polymorphic_const_iterator<int>(s.cbegin(), s.cend());
-    try {
-        (void)(a == b);
-        FAIL();
-    } catch (const std::runtime_error& e) {
-        EXPECT_STREQ(e.what(), "PolymorphicConstIteratorImpl::equal types mismatch");
-    }
-    try {
-        (void)(a < b);
-        FAIL();
-    } catch (const std::runtime_error& e) {
-        EXPECT_STREQ(e.what(), "PolymorphicConstIteratorImpl::distance types mismatch");
-    }
+    EXPECT_EQ(error_text<std::runtime_error>([&] { (void)(a == b); }),
+              "PolymorphicConstIteratorImpl::equal types mismatch");
+    EXPECT_EQ(error_text<std::runtime_error>([&] { (void)(a < b); }),
+              "PolymorphicConstIteratorImpl::distance types mismatch");
     // A null iterator refuses everything, copying included.
     PolymorphicConstIterator<int> null;
     EXPECT_THROW(*null, std::logic_error);
@@ -100,22 +94,12 @@ TEST(PolymorphicIterator, WritesThroughAndConvertsToConst) {
     std::deque<int>::iterator raw = d.begin();
     PolymorphicIterator<int> again = make_polymorphic_iterator<int>(raw);
     EXPECT_TRUE(again == from_deque);
-    try {
-        std::vector<int> v = {1};
-        PolymorphicIterator<int> from_vector = make_polymorphic_iterator<int>(v.begin());
-        (void)(from_vector == from_deque);
-        FAIL();
-    } catch (const std::runtime_error& e) {
-        EXPECT_STREQ(e.what(), "PolymorphicIteratorImpl::equal types mismatch");
-    }
-    try {
-        std::vector<int> v = {1};
-        PolymorphicIterator<int> from_vector = make_polymorphic_iterator<int>(v.begin());
-        (void)(from_vector < from_deque);
-        FAIL();
-    } catch (const std::runtime_error& e) {
-        EXPECT_STREQ(e.what(), "PolymorphicIteratorImpl::distance types mismatch");
-    }
+    std::vector<int> v = {1};
+    PolymorphicIterator<int> from_vector = make_polymorphic_iterator<int>(v.begin());
+    EXPECT_EQ(error_text<std::runtime_error>([&] { (void)(from_vector == from_deque); }),
+              "PolymorphicIteratorImpl::equal types mismatch");
+    EXPECT_EQ(error_text<std::runtime_error>([&] { (void)(from_vector < from_deque); }),
+              "PolymorphicIteratorImpl::distance types mismatch");
 }
 
 TEST(TransformingIterator, YieldsTheTransformedValuesThroughAPolymorphicIterator) {

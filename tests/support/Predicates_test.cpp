@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -63,32 +62,43 @@ struct Mol {
     }
 };
 
+std::string name(const HFakeAtom& a) { return a->label_; }
+std::string name(const HFakeBond& b) { return b->a1->label_ + "-" + b->a2->label_; }
+
+/// The names of the items that `selected` selects, in order.
+template <class Items, class Predicate>
+std::string which(const Items& items, Predicate selected) {
+    std::string text;
+    for (const auto& item : items)
+        if (selected(item)) text += (text.empty() ? "" : " ") + name(item);
+    return text;
+}
+
 }  // namespace
 
 TEST(AtomPredicates, SelectByLabelElementSiteAndTerminalHydrogen) {
     Mol m;
-    HFakeAtom c1 = m.atom("C1", C), h1 = m.atom("H1", H), n1 = m.atom("N1", N), lone = m.atom("H9", H);
+    HFakeAtom c1 = m.atom("C1", C), h1 = m.atom("H1", H), n1 = m.atom("N1", N);
+    m.atom("H9", H);
     c1->site_ = true;
     m.bond(c1, h1, 1);
     m.bond(c1, n1, 2);
-    EXPECT_TRUE(AtomLabelPredicate<HFakeAtom>("N1")(n1));
-    EXPECT_FALSE(AtomLabelPredicate<HFakeAtom>("N1")(c1));
-    EXPECT_EQ(std::count_if(m.atoms.begin(), m.atoms.end(), AtomAtomicNumberPredicate<HFakeAtom>(1)), 2);
-    EXPECT_TRUE(AtomElementCodePredicate<HFakeAtom>(35)(n1));
-    EXPECT_EQ(std::count_if(m.atoms.begin(), m.atoms.end(), AtomHasSitePredicate<HFakeAtom>()), 1);
-    EXPECT_TRUE(AtomTerminalHDPredicate<HFakeAtom>()(h1));
-    EXPECT_FALSE(AtomTerminalHDPredicate<HFakeAtom>()(lone));
-    EXPECT_TRUE(AtomAlwaysTruePredicate<HFakeAtom>()(lone));
+    EXPECT_EQ(which(m.atoms, AtomLabelPredicate<HFakeAtom>("N1")), "N1");
+    EXPECT_EQ(which(m.atoms, AtomAtomicNumberPredicate<HFakeAtom>(1)), "H1 H9");
+    EXPECT_EQ(which(m.atoms, AtomElementCodePredicate<HFakeAtom>(35)), "N1");
+    EXPECT_EQ(which(m.atoms, AtomHasSitePredicate<HFakeAtom>()), "C1");
+    EXPECT_EQ(which(m.atoms, AtomTerminalHDPredicate<HFakeAtom>()), "H1");
+    EXPECT_EQ(which(m.atoms, AtomAlwaysTruePredicate<HFakeAtom>()), "C1 H1 N1 H9");
     EXPECT_THROW(AtomLabelPredicate<HFakeAtom>("x")(HFakeAtom()), std::logic_error);
 }
 
 TEST(AtomPredicates, PolymericAtomsAndWhatHangsOnThem) {
-    // Cu bridged by polymeric bonds, carrying a water-like O with two H;
-    // a second bridge atom also bonded to a carbon.
+    // Cu1 bridged to Cu2 by polymeric bonds through O1, which carries two H;
+    // a second bridge atom O2 also holds a carbon; O3 has no bonds at all.
     Mol m;
     HFakeAtom cu = m.atom("Cu1", Cu), bridge = m.atom("O1", {8, 70}), h1 = m.atom("H1", H), h2 = m.atom("H2", H);
     HFakeAtom cu2 = m.atom("Cu2", Cu), other = m.atom("O2", {8, 70}), h3 = m.atom("H3", H), c = m.atom("C1", C);
-    HFakeAtom lone = m.atom("O3", {8, 70});
+    m.atom("O3", {8, 70});
     m.bond(bridge, cu, 6);
     m.bond(bridge, cu2, 6);
     m.bond(bridge, h1, 1);
@@ -96,37 +106,27 @@ TEST(AtomPredicates, PolymericAtomsAndWhatHangsOnThem) {
     m.bond(other, cu2, 6);
     m.bond(other, h3, 1);
     m.bond(other, c, 1);
-
-    AtomPolymericPredicate<HFakeAtom> polymeric;
-    EXPECT_TRUE(polymeric(cu));
-    EXPECT_FALSE(polymeric(bridge));
-    EXPECT_FALSE(polymeric(lone));  // no bonds at all
-
-    AtomPolymericTerminalHDPredicate<HFakeAtom> hanging;
-    EXPECT_TRUE(hanging(h1));
-    EXPECT_TRUE(hanging(h2));
-    EXPECT_FALSE(hanging(h3));  // its neighbour also holds a carbon
-    EXPECT_FALSE(hanging(cu));
-    EXPECT_FALSE(hanging(c));
+    EXPECT_EQ(which(m.atoms, AtomPolymericPredicate<HFakeAtom>()), "Cu1 Cu2");
+    EXPECT_EQ(which(m.atoms, AtomMetalPredicate<HFakeAtom>()), "Cu1 Cu2");
+    EXPECT_EQ(which(m.atoms, AtomPolymericTerminalHDPredicate<HFakeAtom>()), "H1 H2");
 }
 
 TEST(BondPredicates, SelectByTypeLabelsElementAndMetal) {
     Mol m;
     HFakeAtom c1 = m.atom("C1", C), n1 = m.atom("N1", N), cu = m.atom("Cu1", Cu), h1 = m.atom("H1", H);
-    HFakeBond cn = m.bond(c1, n1, 2), ncu = m.bond(n1, cu, 9), ch = m.bond(c1, h1, 1);
-    EXPECT_TRUE(BondTypePredicate<HFakeBond>(2)(cn));
-    EXPECT_FALSE(BondTypePredicate<HFakeBond>(2)(ch));
+    m.bond(c1, n1, 2);
+    m.bond(n1, cu, 9);
+    m.bond(c1, h1, 1);
     BondMultipleTypePredicate<HFakeBond> types;
     types.insert(1);
     types.insert(9);
-    EXPECT_EQ(std::count_if(m.bonds.begin(), m.bonds.end(), types), 2);
-    EXPECT_TRUE(BondAtomLabelsPredicate<HFakeBond>("N1", "C1")(cn));
-    EXPECT_TRUE(BondAtomLabelsPredicate<HFakeBond>("C1", "N1")(cn));
-    EXPECT_FALSE(BondAtomLabelsPredicate<HFakeBond>("C1", "C1")(cn));
-    EXPECT_TRUE(BondAtomicNumberPredicate<HFakeBond>(1)(ch));
-    EXPECT_FALSE(BondAtomicNumberPredicate<HFakeBond>(1)(cn));
-    EXPECT_TRUE(BondMetalPredicate<HFakeBond>()(ncu));
-    EXPECT_FALSE(BondMetalPredicate<HFakeBond>()(cn));
-    EXPECT_TRUE(BondAlwaysTruePredicate<HFakeBond>()(cn));
+    EXPECT_EQ(which(m.bonds, BondTypePredicate<HFakeBond>(2)), "C1-N1");
+    EXPECT_EQ(which(m.bonds, types), "N1-Cu1 C1-H1");
+    EXPECT_EQ(which(m.bonds, BondAtomLabelsPredicate<HFakeBond>("N1", "C1")), "C1-N1");
+    EXPECT_EQ(which(m.bonds, BondAtomLabelsPredicate<HFakeBond>("C1", "N1")), "C1-N1");
+    EXPECT_EQ(which(m.bonds, BondAtomLabelsPredicate<HFakeBond>("C1", "C1")), "");
+    EXPECT_EQ(which(m.bonds, BondAtomicNumberPredicate<HFakeBond>(1)), "C1-H1");
+    EXPECT_EQ(which(m.bonds, BondMetalPredicate<HFakeBond>()), "N1-Cu1");
+    EXPECT_EQ(which(m.bonds, BondAlwaysTruePredicate<HFakeBond>()), "C1-N1 N1-Cu1 C1-H1");
     EXPECT_THROW(BondTypePredicate<HFakeBond>(1)(HFakeBond()), std::logic_error);
 }
