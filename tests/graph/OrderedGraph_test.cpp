@@ -18,12 +18,17 @@ namespace {
 
 typedef OrderedGraph<HNode, HEdge> OG;
 
-/// The labels of the nodes in index order, then " |", then those of the edges.
+/// The labels of the nodes in index order, then " |", then those of the
+/// edges; "!" marks one that the lookups by index or of the index disagree on.
 std::string layout(const OG& g) {
     std::string text;
-    for (OG::const_node_iterator i = g.begin_nodes(); i != g.end_nodes(); ++i) text += (*i)->label + " ";
+    int i = 0;
+    for (OG::const_node_iterator n = g.begin_nodes(); n != g.end_nodes(); ++n, ++i)
+        text += (*n)->label + (g.node_index(*n) == i && g.node(i) == *n ? " " : "! ");
     text += "|";
-    for (OG::const_edge_iterator i = g.begin_edges(); i != g.end_edges(); ++i) text += " " + (*i)->label;
+    i = 0;
+    for (OG::const_edge_iterator e = g.begin_edges(); e != g.end_edges(); ++e, ++i)
+        text += " " + (*e)->label + (g.edge_index(*e) == i && g.edge(static_cast<unsigned int>(i)) == *e ? "" : "!");
     return text;
 }
 
@@ -37,11 +42,6 @@ TEST(OrderedGraph, IndicesFollowTheOrderOfAddition) {
     g.add_edge(ab, a, b);  // only a is new: it gets the next index
     g.add_edge(bc, c, d);  // both new: node 1 first
     EXPECT_EQ(layout(g), "b a c d | ab bc");
-    EXPECT_EQ(g.node_index(a), 1);
-    EXPECT_EQ(g.node_index(d), 3);
-    EXPECT_EQ(g.edge_index(bc), 1);
-    EXPECT_EQ(g.node(2), c);
-    EXPECT_EQ(g.edge(0u), ab);
     EXPECT_EQ(g.edge(b, a), ab);  // the lookup by ends stays available
 
     // Repeats and failures change no index.
@@ -70,8 +70,6 @@ TEST(OrderedGraph, RemovalClosesTheGaps) {
     // Removing b takes its two edges with it; everything above moves down.
     g.remove_node(n[1]);
     EXPECT_EQ(layout(g), "a c d e | cd de ca");
-    EXPECT_EQ(g.node_index(n[4]), 3);
-    EXPECT_EQ(g.edge_index(de), 1);
     EXPECT_EQ(error_text<std::out_of_range>([&] { g.node(g.nnodes()); }), "IndexedTable::at Illegal index: 4");
     EXPECT_EQ(error_text<std::out_of_range>([&] { g.edge(3u); }), "IndexedTable::at Illegal index: 3");
     EXPECT_EQ(error_text<std::invalid_argument>([&] { g.node_index(n[1]); }),
@@ -232,10 +230,6 @@ TEST(OrderedGraph, RemovingNodesTogetherEqualsRemovingThemInTurn) {
         EXPECT_TRUE(together.g.consistent());
         EXPECT_EQ(together.g.OG::Base::nnodes(), static_cast<int>(together.g.nnodes()));
         EXPECT_EQ(together.g.OG::Base::nedges(), static_cast<int>(together.g.nedges()));
-        for (unsigned int i = 0; i < together.g.nnodes(); ++i)
-            EXPECT_EQ(together.g.node_index(together.g.node(i)), static_cast<int>(i));
-        for (unsigned int i = 0; i < together.g.nedges(); ++i)
-            EXPECT_EQ(together.g.edge_index(together.g.edge(i)), static_cast<int>(i));
     }
 
     // Spelled out: the edges come back node by node, in the order given,
