@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Installs what a fresh Debian machine lacks to build and test molcryst:
-# cmake, ninja, g++, GoogleTest and Google Benchmark. Does nothing when all
-# of them are present.
+# cmake, ninja, g++, clang++ (the second compiler the tests build with),
+# GoogleTest and Google Benchmark. Does nothing when all of them are present.
 set -euo pipefail
 
 missing=()
 command -v cmake >/dev/null 2>&1 || missing+=(cmake)
 command -v ninja >/dev/null 2>&1 || missing+=(ninja-build)
 command -v g++ >/dev/null 2>&1 || missing+=(g++)
+command -v clang++ >/dev/null 2>&1 || missing+=(clang)
 dpkg -s libgtest-dev >/dev/null 2>&1 || missing+=(libgtest-dev)
 dpkg -s libbenchmark-dev >/dev/null 2>&1 || missing+=(libbenchmark-dev)
 

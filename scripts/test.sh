@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Builds the library, its tests and the demo with AddressSanitizer,
 # UndefinedBehaviorSanitizer and LeakSanitizer and warnings as errors, then
-# runs every test, the demo included.
+# runs every test, the demo included. A second build tree then compiles the
+# whole project (library, tests, benchmarks, demo) with clang++ and warnings as
+# errors, so that code only one compiler accepts fails here.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
@@ -9,3 +11,7 @@ cmake -S . -B build/test -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="-O
   -DMOLCRYST_SANITIZE=ON -DMOLCRYST_WERROR=ON -DMOLCRYST_BUILD_TESTS=ON -DMOLCRYST_BUILD_EXAMPLES=ON
 cmake --build build/test
 ctest --test-dir build/test --output-on-failure -j 2
+
+cmake -S . -B build/clang -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="-O0" \
+  -DMOLCRYST_WERROR=ON -DMOLCRYST_BUILD_TESTS=ON -DMOLCRYST_BUILD_EXAMPLES=ON -DMOLCRYST_BUILD_BENCHMARKS=ON
+cmake --build build/clang
