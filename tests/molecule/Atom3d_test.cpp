@@ -100,6 +100,17 @@ TEST(Bond, TypesEqualityRotatabilityAndOtherAtom) {
     EXPECT_EQ(b12->type(), PI_BOND);
 }
 
+TEST(Bond3d, ArchivedTypeOutsideTheKindsRoundTripsAsStored) {
+    // An archive may hold any integer; it is kept and written back unchanged.
+    Archive ar = archive_of(words({1000}));
+    Bond3d bond;
+    bond.read(ar);
+    EXPECT_EQ(static_cast<int>(bond.type()), 1000);
+    Archive out = Archive::temporary();
+    bond.write(out);
+    EXPECT_EQ(bytes_of(out), words({1000}));
+}
+
 TEST(Atom, BaseSettersCannotModify) {
     // A read-only atom: a class that overrides no setter.
     struct ReadOnly : Atom3d {

@@ -6,7 +6,9 @@
 namespace molcryst {
 
 /// Bond kinds with their values; the valence each contributes is in brackets.
-enum BondType {
+/// The underlying type is fixed so that any stored integer, such as one read
+/// from an archive, is a defined value of the type.
+enum BondType : int {
     UNKNOWN_BOND = 0,      // not known (valence counting refuses it)
     SINGLE_BOND = 1,       // [1.0] the one rotatable type
     DOUBLE_BOND = 2,       // [2.0]
