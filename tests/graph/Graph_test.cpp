@@ -192,17 +192,32 @@ TEST(Graph, SuppressedEdgeHidesAdjacencyButNotIdentity) {
     m.g.unsuppress_edge(m.n[0], m.n[1]);
     EXPECT_TRUE(m.g.has_edge(m.n[1], m.n[0]));
     EXPECT_TRUE(m.g.consistent());
-    // Unknown ends make it a no-op, or half of one, and unsuppressing a pair
-    // that is no edge adds nothing.
+    // Unknown ends make it a no-op, or half of one, and so does a node paired
+    // with itself.
     const HNode x = node("x");
     m.g.suppress_edge(x, m.n[1]);
     m.g.suppress_edge(m.n[1], x);
     m.g.unsuppress_edge(m.n[1], x);
-    m.g.unsuppress_edge(m.n[0], m.n[2]);
+    m.g.unsuppress_edge(m.n[1], m.n[1]);
     EXPECT_EQ(m.g.degree_node(m.n[1]), 2);
-    EXPECT_FALSE(m.g.has_edge(m.n[0], m.n[2]));
     EXPECT_TRUE(m.g.consistent());
     EXPECT_EQ(m.g.ncomponents(), 1);
+}
+
+TEST(Graph, UnsuppressingAPairThatIsNoEdgeStillJoinsItsEnds) {
+    // Each end goes back to the other's neighbours whether or not an edge
+    // stands behind the pair: on a hexagon, a chord for every traversal.
+    NumberedGraph m(6, {{0, 1}, {1, 2}, {2, 3}, {3, 4}, {4, 5}, {5, 0}});
+    m.g.unsuppress_edge(m.n[0], m.n[3]);
+    EXPECT_TRUE(m.g.has_edge(m.n[0], m.n[3]));
+    EXPECT_TRUE(m.g.has_edge(m.n[3], m.n[0]));
+    EXPECT_EQ(m.g.degree_node(m.n[0]), 3);
+    EXPECT_EQ(m.g.nedges(), 6);  // no edge record is made
+    std::set<HNode> ring;
+    EXPECT_EQ(m.g.node_smallest_ring(m.n[1], ring), 4);  // the searches see the chord
+    m.g.suppress_edge(m.n[0], m.n[3]);
+    EXPECT_TRUE(m.g.consistent());
+    EXPECT_EQ(m.g.node_smallest_ring(m.n[1], ring), 6);
 }
 
 TEST(Graph, RemovingANodeNamedByAReferenceIntoTheGraph) {

@@ -18,6 +18,7 @@
 #define MOLCRYST_GRAPH_GRAPH_H
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <deque>
 #include <map>
@@ -335,16 +336,18 @@ public:
         if (b != nodes_.end()) b->second.remove_neighbour(n1);
     }
 
-    /// Restores what suppress_edge hid, on each end that exists.
+    /// Puts each end back into the other's neighbours, independently, on
+    /// each end that exists, whether or not an edge stands behind the pair.
     void unsuppress_edge(Tn n1, Tn n2) const {
-        // Only a real edge comes back: a pair that never was one, or an
-        // unknown end, must not leave adjacency without an edge behind it.
-        if (raw_identifier(n1) == raw_identifier(n2) || edge_ids_.find(Edge(n1, n2)) == edge_ids_.end()) return;
-        ring_index_.invalidate();
+        // A neighbour must be a node of its own and never the node itself:
+        // an unknown end, or a pair of one node, adds nothing.
+        if (raw_identifier(n1) == raw_identifier(n2)) return;
         typename std::map<Tn, Node>::iterator a = nodes_.find(n1);
-        if (a != nodes_.end()) a->second.add_neighbour(n2);
         typename std::map<Tn, Node>::iterator b = nodes_.find(n2);
-        if (b != nodes_.end()) b->second.add_neighbour(n1);
+        if (a == nodes_.end() || b == nodes_.end()) return;
+        ring_index_.invalidate();
+        a->second.add_neighbour(n2);
+        b->second.add_neighbour(n1);
     }
 
     /// Empties the scratch path of every node.
@@ -363,6 +366,9 @@ public:
     int node2_smallest_ring(const Tn& root, std::set<Tn>& ring) const;
     /// Smallest ring through `node`, tried over each pair of its neighbours.
     int node_smallest_ring(const Tn& node, std::set<Tn>& ring) const;
+    /// node_smallest_ring when that ring has fewer than `limit` nodes; else
+    /// 0 with `ring` empty, found without searching past that size.
+    int node_smallest_ring_below(const Tn& node, int limit, std::set<Tn>& ring) const;
     /// Smallest ring through the edge `node1`-`node2`.
     int edge_smallest_ring(const Tn& node1, const Tn& node2, std::set<Tn>& ring) const;
     /// Smallest ring through the path `left`-`middle`-`right`.
@@ -436,9 +442,10 @@ protected:
 
     /// The search index of the current adjacency, built if stale.
     detail::RingSearchIndex<Tn>& ring_index() const;
-    /// Smallest ring at index node `u` over pairs of its neighbours; the ring
-    /// goes to `ring` unless it is null, when only the size is wanted.
-    int smallest_ring_at_node(int u, std::set<Tn>* ring) const;
+    /// Smallest ring at index node `u` over pairs of its neighbours, if it
+    /// has fewer than `limit` nodes (else 0); the ring goes to `ring` unless
+    /// it is null, when only the size is wanted.
+    int smallest_ring_at_node(int u, std::set<Tn>* ring, int limit = INT_MAX) const;
     /// Smallest ring through the edge from index node `a` to `b`, rooted at `a`.
     int smallest_ring_at_edge(int a, int b, std::set<Tn>* ring) const;
     /// edge_smallest_ring, with its checks; only the size when `ring` is null.
