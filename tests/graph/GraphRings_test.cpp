@@ -551,6 +551,55 @@ TEST(GraphRings, ResidualSearchFindsTheRimOfAWheel) {
     expect_as_reference(m.g);
 }
 
+TEST(GraphRings, ResidualRingsOfNineOrMoreAreNotKept) {
+    // Wheels again: the rim of eight is found after its triangles, the rim of
+    // nine is not, since the residual search keeps rings of up to 8 only.
+    for (int rim : {8, 9}) {
+        EdgeList wheel = cycle(1, rim);
+        for (int i = 1; i <= rim; ++i) wheel.push_back({0, i});
+        Molecule m(rim + 1, wheel, 60 + rim);
+        EXPECT_EQ(assemblies(m.g), times(rim, 3) + (rim == 8 ? " 8" : ""));
+        expect_as_reference(m.g);
+    }
+}
+
+TEST(GraphRings, Macrocycles) {
+    // A large simple ring, the same ring through every angle.
+    Molecule crown(30, cycle(0, 30), 71);
+    EXPECT_EQ(assemblies(crown.g), "30");
+    expect_as_reference(crown.g);
+    // Two bridgeheads joined by three chains of eight: two rings of 18 are
+    // taken, and the residual search, over every edge, finds nothing small.
+    EdgeList cage;
+    for (int chain = 0; chain < 3; ++chain) {
+        const int first = 2 + 8 * chain;
+        cage.push_back({0, first});
+        for (int i = 0; i < 7; ++i) cage.push_back({first + i, first + i + 1});
+        cage.push_back({first + 7, 1});
+    }
+    Molecule cryptand(26, cage, 72);
+    EXPECT_EQ(assemblies(cryptand.g), "18 18");
+    expect_as_reference(cryptand.g);
+    // Six hexagons linked para to para in a hoop, and a hoop of four
+    // pyranose-like rings joined through one atom: small rings around a
+    // large one with many equally short routes.
+    EdgeList hoop, sugars;
+    for (int r = 0; r < 6; ++r) {
+        hoop = join(hoop, cycle(6 * r, 6));
+        hoop.push_back({6 * r + 3, 6 * ((r + 1) % 6)});
+    }
+    for (int u = 0; u < 4; ++u) {
+        sugars = join(sugars, cycle(7 * u, 6));
+        sugars.push_back({7 * u + 3, 7 * u + 6});
+        sugars.push_back({7 * u + 6, 7 * ((u + 1) % 4)});
+    }
+    Molecule paraphenylene(36, hoop, 73), dextrin(28, sugars, 74);
+    EXPECT_EQ(assemblies(paraphenylene.g), "6 6 6 6 6 6 24");  // the hoop shares edges with each ring
+    expect_as_reference(paraphenylene.g);
+    EXPECT_EQ(assemblies(dextrin.g), "6 6 6 6 20");
+    expect_as_reference(dextrin.g);
+}
+
 TEST(GraphRings, AgreeWithThePlainMethodOnRandomGraphs) {
     std::mt19937 rng(2024);
     const int residual_before = reference::residual_rings_found;

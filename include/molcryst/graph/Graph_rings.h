@@ -45,9 +45,11 @@ int Graph<Tn, Te>::ring_at_angle(int root, int s1, int s2, std::set<Tn>& ring) c
 }
 
 template <class Tn, class Te>
-int Graph<Tn, Te>::smallest_ring_at_node(int u, std::set<Tn>* ring) const {
+int Graph<Tn, Te>::smallest_ring_at_node(int u, std::set<Tn>* ring, int limit) const {
     detail::RingSearchIndex<Tn>& index = ring_index_;
-    int best = INT_MAX;
+    // A ring of `limit` nodes or more would be refused in the end, so none is
+    // searched for: the first ring below it is the one the open search keeps.
+    int best = limit;
     std::vector<int> members, best_members;
     const int end = index.end_slots(u);
     // Each pair of neighbours once, in neighbour order; a later ring replaces
@@ -59,9 +61,10 @@ int Graph<Tn, Te>::smallest_ring_at_node(int u, std::set<Tn>* ring) const {
             const int block = index.block(si);
             if (block < 0 || block != index.block(sj)) continue;
             int size;
-            if (ring == nullptr && index.block_is_cycle(block))
+            if (ring == nullptr && index.block_is_cycle(block)) {
                 size = index.block_nodes(block);  // the block is the only ring there
-            else
+                if (size >= limit) size = 0;
+            } else
                 size = index.ring_through(u, si, sj, best, ring == nullptr ? nullptr : &members);
             if (size != 0 && size < best) {
                 best = size;
@@ -69,7 +72,7 @@ int Graph<Tn, Te>::smallest_ring_at_node(int u, std::set<Tn>* ring) const {
             }
         }
     }
-    if (best == INT_MAX) return 0;
+    if (best == limit) return 0;
     if (ring != nullptr)
         for (int m : best_members) ring->insert(index.id(m));
     return best;
@@ -122,6 +125,15 @@ int Graph<Tn, Te>::node_smallest_ring(const Tn& node, std::set<Tn>& ring) const 
     ring.clear();
     detail::RingSearchIndex<Tn>& index = ring_index();
     return smallest_ring_at_node(index.find(node), &ring);
+}
+
+template <class Tn, class Te>
+int Graph<Tn, Te>::node_smallest_ring_below(const Tn& node, int limit, std::set<Tn>& ring) const {
+    if (!has_node(node))
+        throw std::invalid_argument("Graph::node_smallest_ring(T& node, std::set<Tn>& ring):node does not exist");
+    ring.clear();
+    detail::RingSearchIndex<Tn>& index = ring_index();
+    return smallest_ring_at_node(index.find(node), &ring, limit);
 }
 
 template <class Tn, class Te>
@@ -296,8 +308,8 @@ public:
             std::set<std::set<Tn> > found;
             std::set<Tn> ring;
             for (int u : ends) {
-                const int size = residual.node_smallest_ring(index_.id(u), ring);
-                if (size != 0 && size < 9 && found.insert(ring).second) rings.push_back(ring);
+                const int size = residual.node_smallest_ring_below(index_.id(u), 9, ring);
+                if (size != 0 && found.insert(ring).second) rings.push_back(ring);
             }
         }
         for (int s : touched_edges_) edge_use_[s] = 0;
@@ -335,6 +347,11 @@ int Graph<Tn, Te>::ring_assemblies(std::deque<std::set<Tn> >& rings, std::deque<
         std::set<std::vector<int> > judged;
         std::vector<int> members, edges;
         std::vector<char> member(static_cast<std::size_t>(n), 0);
+        // A block that is one simple cycle is the same ring through each of
+        // its angles: it is searched for at the first and judged only there.
+        std::vector<char> cycle_seen;
+        for (int b = 0; b < index.nblocks() && cycle_seen.empty(); ++b)
+            if (index.block_is_cycle(b)) cycle_seen.assign(static_cast<std::size_t>(index.nblocks()), 0);
         for (int m = 0; m < n; ++m) {
             if (index.degree(m) <= 1) continue;
             const int end = index.end_slots(m);
@@ -342,7 +359,12 @@ int Graph<Tn, Te>::ring_assemblies(std::deque<std::set<Tn> >& rings, std::deque<
                 if (index.degree(index.target(sp)) < 2) continue;
                 for (int sq = sp + 1; sq < end; ++sq) {
                     if (index.degree(index.target(sq)) < 2) continue;
-                    if (index.block(sp) < 0 || index.block(sp) != index.block(sq)) continue;
+                    const int block = index.block(sp);
+                    if (block < 0 || block != index.block(sq)) continue;
+                    if (!cycle_seen.empty() && index.block_is_cycle(block)) {
+                        if (cycle_seen[block]) continue;
+                        cycle_seen[block] = 1;
+                    }
                     if (index.ring_through(m, sp, sq, INT_MAX, &members) == 0) continue;
                     std::sort(members.begin(), members.end());
                     if (!judged.insert(members).second) continue;
@@ -471,10 +493,10 @@ void Graph<Tn, Te>::select_rings_from_assembly(std::deque<std::set<Te> >& assemb
     if (nresidual < 3) return;
     std::set<std::set<Tn> > found;
     std::set<Tn> ring;
+    // Rings of 9 or more are not kept, so none is searched for.
     for (const Tn& n : ends) {
-        const int size = residual.node_smallest_ring(n, ring);
-        if (size == 0) continue;
-        if (size < 9 && found.insert(ring).second) rings.push_back(ring);
+        const int size = residual.node_smallest_ring_below(n, 9, ring);
+        if (size != 0 && found.insert(ring).second) rings.push_back(ring);
     }
 }
 

@@ -142,6 +142,7 @@ public:
     /// A block that is one simple cycle, whose only ring is itself.
     bool block_is_cycle(int b) const { return block_edges_[b] >= 3 && block_edges_[b] == block_nodes_[b]; }
     int block_nodes(int b) const { return block_nodes_[b]; }
+    int nblocks() const { return static_cast<int>(block_nodes_.size()); }
 
     /// Breadth-first search for the first ring through `root` and the edges of
     /// the two slots `first` and `second` of root, `first` leading to the
