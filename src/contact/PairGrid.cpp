@@ -24,13 +24,39 @@ PairGrid::PairGrid(const std::vector<Point>& points, const std::vector<char>& me
         return a.first.z < b.first.z;
     });
     order_.reserve(keyed.size());
-    cells_.reserve(keyed.size());
-    for (std::size_t k = 0; k < keyed.size(); ++k) {
-        if (k == 0 || !(keyed[k].first == keyed[k - 1].first))
-            cells_[keyed[k].first] = std::make_pair(static_cast<int>(k), static_cast<int>(k));
-        ++cells_[keyed[k].first].second;
-        order_.push_back(keyed[k].second);
+    for (const auto& entry : keyed) order_.push_back(entry.second);
+    if (keyed.empty()) return;
+    Cell high = keyed.front().first;
+    low_ = high;
+    for (const auto& entry : keyed) {
+        low_ = Cell{std::min(low_.x, entry.first.x), std::min(low_.y, entry.first.y), std::min(low_.z, entry.first.z)};
+        high = Cell{std::max(high.x, entry.first.x), std::max(high.y, entry.first.y), std::max(high.z, entry.first.z)};
     }
+    extent_ = Cell{high.x - low_.x + 1, high.y - low_.y + 1, high.z - low_.z + 1};
+    const double ncells = static_cast<double>(extent_.x) * static_cast<double>(extent_.y) * static_cast<double>(extent_.z);
+    dense_ = ncells <= 4.0 * static_cast<double>(keyed.size()) + 4096.0;
+    if (dense_) dense_cells_.assign(static_cast<std::size_t>(ncells), std::make_pair(0, 0));
+    for (std::size_t k = 0; k < keyed.size(); ++k) {
+        const Cell& c = keyed[k].first;
+        std::pair<int, int>* range;
+        if (dense_)
+            range = &dense_cells_[static_cast<std::size_t>(((c.x - low_.x) * extent_.y + (c.y - low_.y)) * extent_.z +
+                                                           (c.z - low_.z))];
+        else
+            range = &cells_[c];
+        if (k == 0 || !(c == keyed[k - 1].first)) *range = std::make_pair(static_cast<int>(k), static_cast<int>(k));
+        ++range->second;
+    }
+}
+
+std::pair<int, int> PairGrid::members_of(const Cell& c) const {
+    if (dense_) {
+        const std::int64_t x = c.x - low_.x, y = c.y - low_.y, z = c.z - low_.z;
+        if (x < 0 || y < 0 || z < 0 || x >= extent_.x || y >= extent_.y || z >= extent_.z) return std::make_pair(0, 0);
+        return dense_cells_[static_cast<std::size_t>((x * extent_.y + y) * extent_.z + z)];
+    }
+    auto found = cells_.find(c);
+    return found != cells_.end() ? found->second : std::make_pair(0, 0);
 }
 
 PairGrid::Cell PairGrid::cell_of(const Point& p) const {
@@ -41,15 +67,14 @@ PairGrid::Cell PairGrid::cell_of(const Point& p) const {
 
 void PairGrid::near(const Point& p, std::vector<int>& out) const {
     out.clear();
-    if (cells_.empty()) return;
+    if (order_.empty()) return;
     const Cell centre = cell_of(p);
     for (std::int64_t dx = -1; dx <= 1; ++dx)
         for (std::int64_t dy = -1; dy <= 1; ++dy)
             for (std::int64_t dz = -1; dz <= 1; ++dz) {
-                auto found = cells_.find(Cell{centre.x + dx, centre.y + dy, centre.z + dz});
-                if (found == cells_.end()) continue;
-                examined_ += found->second.second - found->second.first;
-                for (int k = found->second.first; k < found->second.second; ++k) {
+                const std::pair<int, int> range = members_of(Cell{centre.x + dx, centre.y + dy, centre.z + dz});
+                examined_ += range.second - range.first;
+                for (int k = range.first; k < range.second; ++k) {
                     const int j = order_[static_cast<std::size_t>(k)];
                     if (distance(p, points_[static_cast<std::size_t>(j)]) <= reach_) out.push_back(j);
                 }

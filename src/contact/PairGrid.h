@@ -42,10 +42,18 @@ private:
     };
     Cell cell_of(const Point& p) const;
 
+    /// The range in order_ of a cell; empty when the cell holds nothing.
+    std::pair<int, int> members_of(const Cell& c) const;
+
     const std::vector<Point>& points_;
     double reach_;
     double cell_size_;
     std::vector<int> order_;  // members grouped by cell, ascending inside each
+    // Cells of a box no larger than a few per member are an array, indexed
+    // from `low_` over `extent_`; sparse ones a hash map.
+    bool dense_ = false;
+    Cell low_{0, 0, 0}, extent_{0, 0, 0};
+    std::vector<std::pair<int, int> > dense_cells_;
     std::unordered_map<Cell, std::pair<int, int>, CellHash> cells_;  // cell -> range in order_
     mutable long long examined_ = 0;
 };
