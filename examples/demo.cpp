@@ -349,6 +349,50 @@ void show_molecules() {
               << (copy->editable() ? "yes" : "no") << "\n";
 }
 
+
+// ---------------------------------------------------------------------------
+// A crystal built by hand: one acetic acid molecule and its image through a
+// centre of inversion, and the contacts a van der Waals criterion finds.
+
+void show_crystal() {
+    std::cout << "Crystal\n";
+    const Cell cell(7.2, 5.6, 6.3, Angle::from_degrees(90), Angle::from_degrees(104), Angle::from_degrees(90),
+                    Spacegroup("P-1", 2, Spacegroup::Triclinic, std::vector<std::string>{"x,y,z", "-x,-y,-z"}));
+    // Place the molecule so that the centre of its hydrogen-bonded ring
+    // (between O1 and the point 1.65 A beyond H1) sits at (1/2, 1/2, 1/2).
+    HMolecule acid(new Molecule3d());
+    add_acetic_acid(*acid, "");
+    const Point acceptor = outward(position(*acid, 4), position(*acid, 2), 1.65);
+    const Point ring_centre((position(*acid, 1) + acceptor) * 0.5);
+    const Vector<double, 3> shift = cell.orthogonal(Point(0.5, 0.5, 0.5)) - ring_centre;
+    for (int i = 0; i < acid->natoms(); ++i)
+        acid->atom(i)->site()->set_orth(Point(position(*acid, i) + shift), cell);
+
+    Crystal crystal(cell, Hvector_HMolecule(new vector_HMolecule{acid}));
+    const CrystalSymmetryTransformation inversion(CrystalSymmetryOperator("-x,-y,-z"), Vector<int, 3>(1, 1, 1));
+    std::cout << "  cell " << cell << "\n";
+    std::cout << "  the inversion image merged as molecule " << crystal.merge(acid, inversion);
+    std::cout << ", merged again: molecule " << crystal.merge(acid, inversion) << " (" << crystal.nmolecules()
+              << " molecules)\n";
+
+    const VdWCriterion criterion(0.0, -2.0, INTERMOLECULAR, 0, 0, false);
+    std::cout << "  criterion: " << criterion;
+    std::cout << "  search radius " << criterion.max_radius() << " A; contacts from molecule 0 to molecule 1:\n";
+    Hvector_HMolecularContact contacts = crystal.nonbonded_search(0, criterion);
+    for (const HMolecularContact& c : *contacts) {
+        const HAtom from = c->molecule_from()->atom(c->atom_from()), to = c->molecule_to()->atom(c->atom_to());
+        std::printf("    %-3s ... %-3s  distance %.3f A, %.3f A inside the van der Waals radii\n",
+                    from->label().c_str(), to->label().c_str(),
+                    distance(from->site()->orth(), to->site()->orth()), c->strength());
+    }
+    VdWCriterion strongest(criterion);
+    strongest.set_strongest_only(true);
+    Hvector_HMolecularContact best = crystal.nonbonded_search(0, strongest);
+    const HMolecularContact& c = (*best)[0];
+    std::cout << "  strongest only: " << c->molecule_from()->atom(c->atom_from())->label() << " ... "
+              << c->molecule_to()->atom(c->atom_to())->label() << "\n";
+}
+
 }  // namespace
 
 int main() {
@@ -356,5 +400,6 @@ int main() {
     show_archive();
     show_graph();
     show_molecules();
+    show_crystal();
     return 0;
 }

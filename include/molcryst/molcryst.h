@@ -19,6 +19,8 @@
 #include "molcryst/support/ResizableArray2D.h"
 #include "molcryst/support/AtomPredicates.h"
 #include "molcryst/support/BondPredicates.h"
+#include "molcryst/support/DoubleComparator.h"
+#include "molcryst/support/Range.h"
 
 // geometry
 #include "molcryst/geometry/Array.h"
@@ -88,8 +90,16 @@
 #include "molcryst/molecule/MoleculeSubset.h"
 #include "molcryst/molecule/MoleculeAtomSiteIterator.h"
 
-// contact: records of non-bonded contacts
+// contact: records of non-bonded contacts and the criteria that find them
 #include "molcryst/contact/BasicContact.h"
 #include "molcryst/contact/MolecularContact.h"
+#include "molcryst/contact/ContactCriterion.h"
+#include "molcryst/contact/DistanceCriterion.h"
+#include "molcryst/contact/VdWCriterion.h"
+#include "molcryst/contact/CombinedCriterion.h"
+#include "molcryst/contact/CriterionSpecifics.h"
+
+// crystal
+#include "molcryst/crystal/Crystal.h"
 
 #endif

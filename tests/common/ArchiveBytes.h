@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <vector>
 
 #include "molcryst/support/Archive.h"
@@ -37,6 +38,23 @@ inline std::vector<unsigned char> words(const std::vector<int>& values) {
         for (int shift = 0; shift < 32; shift += 8)
             out.push_back(static_cast<unsigned char>(static_cast<unsigned>(v) >> shift));
     return out;
+}
+
+/// The bytes an archive holds for the doubles `values`, IEEE 754 little-endian.
+inline std::vector<unsigned char> doubles(const std::vector<double>& values) {
+    std::vector<unsigned char> out;
+    for (double v : values) {
+        unsigned long long bits = 0;
+        std::memcpy(&bits, &v, sizeof bits);
+        for (int shift = 0; shift < 64; shift += 8) out.push_back(static_cast<unsigned char>(bits >> shift));
+    }
+    return out;
+}
+
+/// `a` followed by `b`.
+inline std::vector<unsigned char> operator+(std::vector<unsigned char> a, const std::vector<unsigned char>& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
 }
 
 /// The first `n` bytes of `bytes`.

@@ -33,6 +33,9 @@ namespace molcryst {
 class Cell;
 class CrystalSymmetryTransformation;
 class Molecule;
+// Contacts and their criteria sit above molecules; the search is only declared here.
+class BasicContact;
+class ContactCriterion;
 
 typedef THandle<Molecule> HMolecule;
 typedef std::vector<HMolecule> vector_HMolecule;
@@ -189,6 +192,24 @@ public:
     HMolecule create_molecule(const std::vector<int>& atoms) const;
     /// A new molecule of copies of all atoms, each site moved by `t`.
     HMolecule create_molecule(const CrystalSymmetryTransformation& t, const Cell& cell) const;
+
+    // The contact search inside this molecule, through the criterion's group
+    // search over the atoms that have sites. An atom named alone that has no
+    // site gives an empty result. Defined with the contact criteria.
+    /// All sited atoms against all sited atoms.
+    THandle<std::vector<THandle<BasicContact> > > nonbonded_search(const ContactCriterion& criterion) const;
+    /// One atom against all sited atoms.
+    THandle<std::vector<THandle<BasicContact> > > nonbonded_search(int atom, const ContactCriterion& criterion) const;
+    /// One atom against another.
+    THandle<std::vector<THandle<BasicContact> > > nonbonded_search(int atom1, int atom2,
+                                                                   const ContactCriterion& criterion) const;
+    /// The sited atoms of a set against each other.
+    THandle<std::vector<THandle<BasicContact> > > nonbonded_search(const std::vector<int>& atoms,
+                                                                   const ContactCriterion& criterion) const;
+    /// The sited atoms of one set against those of another.
+    THandle<std::vector<THandle<BasicContact> > > nonbonded_search(const std::vector<int>& atoms1,
+                                                                   const std::vector<int>& atoms2,
+                                                                   const ContactCriterion& criterion) const;
 
     /// Removes every atom for which `predicate(HAtom)` is true, judged before
     /// any is removed, in one call of the virtual `remove_atoms`; the number
