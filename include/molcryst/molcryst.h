@@ -97,6 +97,7 @@
 #include "molcryst/contact/DistanceCriterion.h"
 #include "molcryst/contact/VdWCriterion.h"
 #include "molcryst/contact/CombinedCriterion.h"
+#include "molcryst/contact/HBondCriterion.h"
 #include "molcryst/contact/CriterionSpecifics.h"
 
 // crystal

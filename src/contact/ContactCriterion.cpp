@@ -134,6 +134,21 @@ const char* ContactCriterion::class_name() const { return "ContactCriterion"; }
 
 bool ContactCriterion::radius_bounds_reach() const { return false; }
 
+int ContactCriterion::path_search_depth() const { return max_path_; }
+
+void ContactCriterion::begin_group_search() const {}
+void ContactCriterion::end_group_search() const {}
+
+// Brackets one group search with begin_group_search and end_group_search.
+struct GroupSearchScope {
+    explicit GroupSearchScope(const ContactCriterion& c) : criterion(c) { criterion.begin_group_search(); }
+    ~GroupSearchScope() { criterion.end_group_search(); }
+    GroupSearchScope(const GroupSearchScope&) = delete;
+    GroupSearchScope& operator=(const GroupSearchScope&) = delete;
+
+    const ContactCriterion& criterion;
+};
+
 void ContactCriterion::assign_type_error(const char* method) const {
     throw std::invalid_argument(std::string(class_name()) + "::" + method +
                                 " the argument is not of the same class");
@@ -170,7 +185,7 @@ int ContactCriterion::path_length(const Molecule& mol, int atom1, int atom2) con
     const int n = mol.natoms();
     if (cache == nullptr || cache->molecule != &mol || atom1 < 0 || atom1 >= n || atom2 < 0 || atom2 >= n)
         return mol.shortest_path(atom1, atom2);
-    if (cache->adjacency.empty() && n > 0) cache->prepare(mol, max_path_);
+    if (cache->adjacency.empty() && n > 0) cache->prepare(mol, path_search_depth());
     if (static_cast<int>(cache->adjacency.size()) != n) return mol.shortest_path(atom1, atom2);
     if (cache->source != atom1) cache->walk_from(atom1);
     const int d = cache->depth[static_cast<std::size_t>(atom2)];
@@ -354,6 +369,7 @@ Hvector_HMolecularContact ContactCriterion::find_crystal_contact(const Crystal& 
     const HMolecule m2 = crystal.molecule(mol2);
     const double radius = max_radius();
     const bool bounded = radius_bounds_reach() && std::isfinite(radius) && std::fabs(radius) < 1e6;
+    GroupSearchScope search(*this);
     PathCacheScope paths(*this, m1.unhand());  // paths are asked of the first molecule
     CrystalPairOps ops{*this, crystal, mol1, mol2};
     return walk_pairs<MolecularContact>(strongest_only_, atoms1, atoms2, mol1 == mol2, ops,
@@ -365,6 +381,7 @@ Hvector_HBasicContact ContactCriterion::find_intramolecular_contact(const Molecu
                                                                     const std::vector<int>& atoms2) const {
     const double radius = max_radius();
     const bool bounded = radius_bounds_reach() && std::isfinite(radius) && std::fabs(radius) < 1e6;
+    GroupSearchScope search(*this);
     PathCacheScope paths(*this, &mol);
     MoleculePairOps ops{*this, mol};
     return walk_pairs<BasicContact>(strongest_only_, atoms1, atoms2, true, ops, bounded ? &mol : nullptr, &mol,

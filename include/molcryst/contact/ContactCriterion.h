@@ -112,6 +112,17 @@ protected:
     /// pairs. False unless a class proves it for itself (not for subclasses).
     virtual bool radius_bounds_reach() const;
 
+    /// How far the walk behind path_length() goes from an atom: pairs
+    /// farther apart read as one bond beyond it. max_path unless a class
+    /// counts paths otherwise.
+    virtual int path_search_depth() const;
+
+    /// Called as a group search starts and as it ends (nested searches
+    /// included, and on the way out of an exception), so that a class may
+    /// keep what it works out about atoms for the length of one search.
+    virtual void begin_group_search() const;
+    virtual void end_group_search() const;
+
     /// The number of bonds between two atoms, as Molecule::shortest_path,
     /// answered from a walk kept for the current first atom during a group
     /// search of `mol`.
@@ -123,6 +134,7 @@ protected:
 private:
     struct PathCache;
     friend struct PathCacheScope;
+    friend struct GroupSearchScope;
 
     ContactType type_;
     int min_path_;
