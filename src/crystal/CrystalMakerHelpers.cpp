@@ -1,5 +1,7 @@
 #include "molcryst/crystal/CrystalMakerHelpers.h"
 
+#include <stdexcept>
+
 #include "molcryst/geometry/FractionalSolid.h"
 #include "molcryst/molecule/Molecule3d.h"
 #include "molcryst/molecule/MoleculeSubset.h"
@@ -9,19 +11,35 @@ namespace molcryst {
 
 namespace CrystalMakerHelpers {
 
+namespace {
+
+// The index of an atom or bond in its molecule; -1 for one in no molecule,
+// whose index cannot be asked.
+template <class Handle>
+int index_or_none(const Handle& h) {
+    if (h.unhand() == nullptr) return -1;
+    try {
+        return h->index();
+    } catch (const std::runtime_error&) {
+        return -1;
+    }
+}
+
+}  // namespace
+
 HMolecule molecule(const CrystalMaker& maker, HAtom atom) {
-    if (atom.unhand() == nullptr) return HMolecule();
-    const int index = atom->index();
+    const int index = index_or_none(atom);
+    if (index < 0) return HMolecule();
     for (const HMolecule& m : *maker.current_molecules())
-        if (index >= 0 && index < m->natoms() && m->atom(index) == atom) return m;
+        if (index < m->natoms() && m->atom(index) == atom) return m;
     return HMolecule();
 }
 
 HMolecule molecule(const CrystalMaker& maker, HBond bond) {
-    if (bond.unhand() == nullptr) return HMolecule();
-    const int index = bond->index();
+    const int index = index_or_none(bond);
+    if (index < 0) return HMolecule();
     for (const HMolecule& m : *maker.current_molecules())
-        if (index >= 0 && index < m->nbonds() && m->bond(index) == bond) return m;
+        if (index < m->nbonds() && m->bond(index) == bond) return m;
     return HMolecule();
 }
 
