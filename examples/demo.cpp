@@ -4,6 +4,9 @@
 #include <cmath>
 #include <cstdio>
 #include <iostream>
+#include <map>
+#include <sstream>
+#include <utility>
 #include <string>
 #include <vector>
 
@@ -19,6 +22,14 @@ struct Centre {
     std::string label_;
 };
 typedef THandle<Centre> HCentre;
+
+/// The print form of anything with one.
+template <class T>
+std::string to_text(const T& x) {
+    std::ostringstream out;
+    out << x;
+    return out.str();
+}
 
 std::string labels(const std::vector<HCentre>& nodes) {
     std::string text;
@@ -354,8 +365,8 @@ void show_molecules() {
 // A crystal built by hand: one acetic acid molecule and its image through a
 // centre of inversion, and the contacts a van der Waals criterion finds.
 
-void show_crystal() {
-    std::cout << "Crystal\n";
+void show_contacts() {
+    std::cout << "Contacts in a crystal\n";
     const Cell cell(7.2, 5.6, 6.3, Angle::from_degrees(90), Angle::from_degrees(104), Angle::from_degrees(90),
                     Spacegroup("P-1", 2, Spacegroup::Triclinic, std::vector<std::string>{"x,y,z", "-x,-y,-z"}));
     // Place the molecule so that the centre of its hydrogen-bonded ring
@@ -393,6 +404,95 @@ void show_crystal() {
               << c->molecule_to()->atom(c->atom_to())->label() << "\n";
 }
 
+// ---------------------------------------------------------------------------
+// Diglycine cobalt(II) dichloride dihydrate, P21/c, Z = 2: the cobalt sits on
+// an inversion centre, so the asymmetric unit holds half the complex; the
+// carboxylate bridges to the next cobalt and makes a chain. Coordinates from
+// K. Stenzel and M. Fleck, Acta Cryst. E60 (2004) m1470 (COD 2204271).
+void show_crystal() {
+    std::cout << "Crystal\n";
+    const Spacegroup p21_c("P21/c", 14, Spacegroup::Monoclinic,
+                           std::vector<std::string>{"x,y,z", "-x,y+1/2,-z+1/2", "-x,-y,-z", "x,-y-1/2,z-1/2"});
+    const Cell cell(10.568, 5.988, 8.844, Angle::from_degrees(90), Angle::from_degrees(91.55), Angle::from_degrees(90),
+                    p21_c);
+    struct SiteRow {
+        const char* element;
+        const char* label;
+        double u, v, w;
+    };
+    const SiteRow rows[] = {
+        {"Co", "Co", 0.5, 0.0, 0.5},           {"O", "O1", 0.65086, 0.36581, 0.88140},
+        {"O", "O2", 0.55048, 0.1680, 0.70159}, {"C", "C1", 0.64769, 0.2505, 0.76336},
+        {"C", "C2", 0.77360, 0.2165, 0.68777}, {"H", "H1C", 0.782, 0.074, 0.657},
+        {"H", "H2C", 0.772, 0.311, 0.603},     {"N", "N", 0.88136, 0.2833, 0.78734},
+        {"H", "H1N", 0.865, 0.419, 0.827},     {"H", "H2N", 0.952, 0.298, 0.730},
+        {"H", "H3N", 0.900, 0.179, 0.857},     {"O", "O1W", 0.38810, 0.2699, 0.43828},
+        {"H", "H1W", 0.316, 0.285, 0.456},     {"H", "H2W", 0.406, 0.316, 0.369},
+        {"Cl", "Cl", 1.11073, 0.28327, 0.55838},
+    };
+    // The asymmetric unit as one molecule, bonded by distance, then split
+    // into its connected parts.
+    HMolecule asu(new Molecule3d());
+    for (const SiteRow& r : rows)
+        asu->add(HAtom(new Atom3d(Element(r.element), r.label, HSite(new Site(Site::frac(Point(r.u, r.v, r.w), cell))))));
+    const BondDistanceLimit rule(0.4, false);
+    for (const std::pair<int, int>& p : rule.bonded_pairs(CrystalMaker::create_atom_list(*asu)))
+        asu->add(HBond(new Bond3d(SINGLE_BOND)), p.first, p.second);
+    CrystalMaker maker(cell, Hvector_HMolecule(new vector_HMolecule{asu}), nullptr, nullptr);
+    maker.split_molecule(asu);
+    std::cout << "  asymmetric unit: " << maker.natoms() << " atoms, " << maker.nbonds() << " bonds in "
+              << maker.nmolecules() << " molecules of";
+    for (int i = 0; i < maker.nmolecules(); ++i) std::cout << " " << maker.molecule(i)->natoms();
+    // No molecule holds two images of one atom: the half complex is to be
+    // completed by symmetry.
+    std::cout << " atoms; to be completed by symmetry: "
+              << (CrystalMakerHelpers::molecule_expansion_needed(maker) ? "yes" : "no") << "\n";
+
+    // The unit cell, filled by centroid.
+    HCrystal packed = CrystalMakerHelpers::create_packed_crystal(maker, Box(Point(0, 0, 0), Point(1, 1, 1)));
+    std::map<int, int> by_size;
+    for (const HMolecule& m : *packed->molecules()) ++by_size[m->natoms()];
+    std::cout << "  unit cell: " << packed->nmolecules() << " molecules, " << packed->natoms() << " atoms:";
+    for (const auto& entry : by_size) std::cout << " " << entry.second << " of " << entry.first << " atoms;";
+    std::cout << "\n";
+
+    // The neighbours of the asymmetric unit: images with an atom within
+    // 3 A of its box, the atoms on the inversion centre once.
+    std::vector<HAtom> own = CrystalMaker::create_atom_list(*asu);
+    Box around;
+    for (const HAtom& a : own) around.merge(a->site()->frac());
+    around.expand(3 / cell.a(), 3 / cell.b(), 3 / cell.c());
+    const FractionalSolid region(THandle<Solid>(new Box(around)));
+    std::vector<HAtom> images;
+    std::vector<CrystalSymmetryTransformation> routes;
+    int dropped = 0;
+    for (int i = 0; i < maker.nmolecules(); ++i) {
+        const std::vector<HAtom> atoms = CrystalMaker::create_atom_list(*maker.molecule(i));
+        SymmetryMappingLists<HAtom> lists = IfAnyIncluded<HAtom>().symmetry_generator(cell, atoms, region);
+        for (const Hvector_HCrystalSymmetryMapping& list : *lists) {
+            if ((*list)[0]->transformation().is_identity()) continue;
+            if (list->size() < atoms.size()) dropped += static_cast<int>(atoms.size() - list->size());
+            for (const HCrystalSymmetryMapping& m : *list) {
+                images.push_back(m->target());
+                routes.push_back(m->transformation());
+            }
+        }
+    }
+    own.clear();
+    for (int i = 0; i < maker.nmolecules(); ++i)
+        for (const HAtom& a : CrystalMaker::create_atom_list(*maker.molecule(i))) own.push_back(a);
+    std::cout << "  " << images.size() << " image atoms around it; " << dropped
+              << " fell on places already taken (the cobalt's own images)\n";
+    std::cout << "  bonds that cross the asymmetric unit (published: Co-O1W 2.0673, Co-O1 2.0924, Co-O2 2.1031):\n";
+    for (const std::pair<int, int>& p : rule.bonded_pairs(own, images)) {
+        const HAtom& a = own[static_cast<std::size_t>(p.first)];
+        const HAtom& b = images[static_cast<std::size_t>(p.second)];
+        std::printf("    %-3s - %-3s %-22s %.4f A\n", a->label().c_str(), b->label().c_str(),
+                    ("[" + to_text(routes[static_cast<std::size_t>(p.second)]) + "]").c_str(),
+                    distance(a->site()->orth(), b->site()->orth()));
+    }
+}
+
 }  // namespace
 
 int main() {
@@ -400,6 +500,7 @@ int main() {
     show_archive();
     show_graph();
     show_molecules();
+    show_contacts();
     show_crystal();
     return 0;
 }

@@ -99,8 +99,14 @@
 #include "molcryst/contact/CombinedCriterion.h"
 #include "molcryst/contact/HBondCriterion.h"
 #include "molcryst/contact/CriterionSpecifics.h"
+#include "molcryst/contact/BondDistanceLimit.h"
 
 // crystal
 #include "molcryst/crystal/Crystal.h"
+#include "molcryst/crystal/CrystalSymmetryMapping.h"
+#include "molcryst/crystal/SymmetryGeneration.h"
+#include "molcryst/crystal/SymmetryInclusionCondition.h"
+#include "molcryst/crystal/CrystalMaker.h"
+#include "molcryst/crystal/CrystalMakerHelpers.h"
 
 #endif

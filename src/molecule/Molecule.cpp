@@ -240,6 +240,7 @@ bool Molecule::archivable() { return false; }
 void Molecule::write(Archive&) const {}
 void Molecule::read(Archive&) {}
 void Molecule::reorder_atoms(const std::vector<int>&) { editable_error("reorder_atoms"); }
+void Molecule::reorder_bonds(const std::vector<int>&) { editable_error("reorder_bonds"); }
 // Named as remove(HAtom) is: the batch stands for a series of those.
 int Molecule::remove_atoms(const std::vector<HAtom>&) { editable_error("remove"); }
 

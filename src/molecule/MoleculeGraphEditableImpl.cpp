@@ -1,6 +1,8 @@
 #include "molcryst/molecule/MoleculeGraphEditableImpl.h"
 
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "molcryst/molecule/BondInGraph.h"
 
@@ -45,22 +47,41 @@ void MoleculeGraphEditableImpl::isolate(HAtom atom) { graph_.isolate(atom); }
 void MoleculeGraphEditableImpl::clear() { graph_.clear(); }
 int MoleculeGraphEditableImpl::remove_atoms(const std::vector<HAtom>& atoms) { return graph_.remove_atoms(atoms); }
 
-void MoleculeGraphEditableImpl::reorder_atoms(const std::vector<int>& order) {
-    const int n = natoms();
+namespace {
+
+// The permutation `order` completed by the indices it leaves out, in their
+// old order; std::invalid_argument naming `method` for an index out of range
+// or a `noun` listed twice.
+std::vector<int> completed_order(const std::vector<int>& order, int n, const char* method, const char* noun) {
     std::vector<bool> listed(static_cast<std::size_t>(n), false);
-    std::vector<HAtom> atoms;
-    atoms.reserve(static_cast<std::size_t>(n));
+    std::vector<int> full;
+    full.reserve(static_cast<std::size_t>(n));
     for (int old_index : order) {
         if (old_index < 0 || old_index >= n)
-            throw std::invalid_argument("MoleculeGraphEditableImpl::reorder_atoms index out of range");
+            throw std::invalid_argument(std::string("MoleculeGraphEditableImpl::") + method + " index out of range");
         if (listed[static_cast<std::size_t>(old_index)])
-            throw std::invalid_argument("MoleculeGraphEditableImpl::reorder_atoms atom listed twice");
+            throw std::invalid_argument(std::string("MoleculeGraphEditableImpl::") + method + " " + noun +
+                                        " listed twice");
         listed[static_cast<std::size_t>(old_index)] = true;
-        atoms.push_back(graph_.atom(old_index));
+        full.push_back(old_index);
     }
     for (int i = 0; i < n; ++i)
-        if (!listed[static_cast<std::size_t>(i)]) atoms.push_back(graph_.atom(i));
+        if (!listed[static_cast<std::size_t>(i)]) full.push_back(i);
+    return full;
+}
+
+}  // namespace
+
+void MoleculeGraphEditableImpl::reorder_atoms(const std::vector<int>& order) {
+    std::vector<HAtom> atoms;
+    for (int i : completed_order(order, natoms(), "reorder_atoms", "atom")) atoms.push_back(graph_.atom(i));
     graph_.reorder_atoms(atoms);
+}
+
+void MoleculeGraphEditableImpl::reorder_bonds(const std::vector<int>& order) {
+    std::vector<HBond> bonds;
+    for (int i : completed_order(order, nbonds(), "reorder_bonds", "bond")) bonds.push_back(graph_.bond(i));
+    graph_.reorder_bonds(bonds);
 }
 
 }  // namespace molcryst

@@ -235,6 +235,10 @@ public:
     /// exactly once, in the new order. Bonds keep their indices and ends.
     void reorder_atoms(const std::vector<HAtomType>& atoms) { graph_->reorder_nodes(atoms); }
 
+    /// Gives the bonds new indices: `bonds` lists every bond of the graph
+    /// exactly once, in the new order. Atoms keep their indices.
+    void reorder_bonds(const std::vector<HBondType>& bonds) { graph_->reorder_edges(bonds); }
+
     int natoms() const { return static_cast<int>(graph_->nnodes()); }
     int nbonds() const { return static_cast<int>(graph_->nedges()); }
 

@@ -134,6 +134,10 @@ public:
     /// exactly once, in the new order. Edges and their indices stay.
     void reorder_nodes(const std::vector<Tn>& nodes) { nodes_table_.reorder(nodes); }
 
+    /// Gives the edges new indices: `edges` must list every edge of the graph
+    /// exactly once, in the new order. Nodes and their indices stay.
+    void reorder_edges(const std::vector<Te>& edges) { edges_table_.reorder(edges); }
+
     unsigned int nnodes() const { return nodes_table_.size(); }
     unsigned int nedges() const { return edges_table_.size(); }
 

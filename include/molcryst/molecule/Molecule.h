@@ -125,6 +125,8 @@ public:
     virtual void print(std::ostream& out) const;
     /// `order[k]` is the old index of the atom that is to have index k.
     virtual void reorder_atoms(const std::vector<int>& order);
+    /// `order[k]` is the old index of the bond that is to have index k.
+    virtual void reorder_bonds(const std::vector<int>& order);
     /// Removes the atoms of this molecule among `atoms`, with their bonds,
     /// leaving the molecule and the atoms as `remove(HAtom)` of each in turn
     /// would, only in one pass; others and repeats are ignored. Returns the

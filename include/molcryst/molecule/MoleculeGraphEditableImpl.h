@@ -29,6 +29,9 @@ public:
     /// and their ends. An index out of range, or listed twice, throws
     /// std::invalid_argument and leaves the molecule as it was.
     void reorder_atoms(const std::vector<int>& order) override;
+    /// The same for bonds: bonds not listed follow in their old order, and
+    /// atoms keep their indices.
+    void reorder_bonds(const std::vector<int>& order) override;
     using Molecule::remove_atoms;
     /// Forwards to the graph's batch removal: one pass over the tables.
     int remove_atoms(const std::vector<HAtom>& atoms) override;
