@@ -47,6 +47,40 @@ const Element::TARNCode electropositive[] = {
     Element::Ho, Element::Er, Element::Tm, Element::Yb, Element::Lu,
 };
 
+// Coordination radii of the electropositive metals, in Angstrom: the radii
+// their bonds to oxygen, nitrogen, carbon and the halogens have in crystals.
+double coordination_radius(Element::TARNCode code) {
+    switch (code) {
+        case Element::Li: return 1.28;
+        case Element::Na: return 1.66;
+        case Element::K: return 2.03;
+        case Element::Rb: return 2.20;
+        case Element::Cs: return 2.44;
+        case Element::Be: return 0.96;
+        case Element::Mg: return 1.41;
+        case Element::Ca: return 1.76;
+        case Element::Sr: return 1.95;
+        case Element::Ba: return 2.15;
+        case Element::Ra: return 2.21;
+        case Element::La: return 2.07;
+        case Element::Ce: return 2.04;
+        case Element::Pr: return 2.03;
+        case Element::Nd: return 2.01;
+        case Element::Pm: return 1.99;
+        case Element::Sm: return 1.98;
+        case Element::Eu: return 1.98;
+        case Element::Gd: return 1.96;
+        case Element::Tb: return 1.94;
+        case Element::Dy: return 1.92;
+        case Element::Ho: return 1.92;
+        case Element::Er: return 1.89;
+        case Element::Tm: return 1.90;
+        case Element::Yb: return 1.87;
+        case Element::Lu: return 1.87;
+        default: return 0.0;
+    }
+}
+
 // To two decimals, as the tuned rows are written: 0.68 + 0.68 + 0.45 is 1.81, not 1.8100000000000002.
 double hundredths(double x) { return std::round(x * 100.0) / 100.0; }
 
@@ -63,8 +97,15 @@ BondDistanceLimit::Table build_table() {
             if (never[i] || never[j]) continue;
             const double sum = Element::covalent_radii_[static_cast<std::size_t>(i)] +
                                Element::covalent_radii_[static_cast<std::size_t>(j)];
-            table[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)] =
-                hundredths(metal[i] && metal[j] ? sum - 0.45 : sum + 0.45);
+            double limit = metal[i] && metal[j] ? sum - 0.45 : sum + 0.45;
+            // An electropositive metal bonds to anything but hydrogen at the
+            // length of its coordination: there its radius is its coordination
+            // radius, not the small covalent one (Na-O 2.79, not 2.10).
+            const int other = metal[i] ? j : i;
+            if (metal[i] != metal[j] && Element::atomic_numbers_[static_cast<std::size_t>(other)] != 1)
+                limit = std::max(limit, coordination_radius(static_cast<Element::TARNCode>(metal[i] ? i : j)) +
+                                            Element::covalent_radii_[static_cast<std::size_t>(other)] + 0.45);
+            table[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)] = hundredths(limit);
         }
     }
     for (const TunedPair& p : tuned_pairs)

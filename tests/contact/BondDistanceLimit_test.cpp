@@ -28,7 +28,8 @@ TEST(BondDistanceLimit, TableRowsRuleAndElementsThatNeverBond) {
                         {"C", "O", 1.81},   {"N", "O", 1.81},   {"H", "O", 1.36},   {"Cl", "Cl", 2.18},
                         {"C", "Br", 2.34},  {"Al", "C", 2.48},  {"Cu", "O", 2.8},   {"Fe", "Fe", 3.13},
                         {"Ce", "Ce", 3.21}, {"Ag", "Ag", 3.23}, {"D", "D", 1.41},   {"C", "N", 1.81},
-                        {"Zn", "O", 2.58},  {"Na", "O", 2.1},   {"Na", "Na", 1.49}, {"Ba", "La", 2.76}};
+                        {"Zn", "O", 2.58},  {"Na", "O", 2.79},  {"Na", "Na", 1.49}, {"Ba", "La", 2.76},
+                        {"Ba", "C", 3.28},  {"Na", "H", 1.65},  {"Ba", "Cl", 3.59}};
     for (const Row& r : rows) {
         EXPECT_EQ(BondDistanceLimit::limit(r.a, r.b), r.limit) << r.a << "-" << r.b;
         EXPECT_EQ(BondDistanceLimit::limit(r.b, r.a), r.limit) << r.b << "-" << r.a;
