@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Installs what a fresh Debian machine lacks to build and test molcryst:
-# cmake, ninja, g++, clang++ (the second compiler the tests build with),
-# GoogleTest and Google Benchmark. Does nothing when all of them are present.
+# cmake, ninja, g++, clang++ (the second compiler the tests build with, and
+# the one with libFuzzer), GoogleTest and Google Benchmark, and for the file
+# readers and the command gemmi (CIF), CLI11 (arguments) and nlohmann/json.
+# Does nothing when all of them are present.
 set -euo pipefail
 
 missing=()
@@ -11,6 +13,9 @@ command -v g++ >/dev/null 2>&1 || missing+=(g++)
 command -v clang++ >/dev/null 2>&1 || missing+=(clang)
 dpkg -s libgtest-dev >/dev/null 2>&1 || missing+=(libgtest-dev)
 dpkg -s libbenchmark-dev >/dev/null 2>&1 || missing+=(libbenchmark-dev)
+for package in libclang-rt-14-dev gemmi-dev tao-pegtl-dev libstb-dev libcli11-dev nlohmann-json3-dev; do
+  dpkg -s "$package" >/dev/null 2>&1 || missing+=("$package")
+done
 
 if [ ${#missing[@]} -eq 0 ]; then
   exit 0
