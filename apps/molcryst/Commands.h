@@ -1,0 +1,35 @@
+// The subcommands of the molcryst command. Each adds its options to the
+// parser when made and runs when chosen; run returns the exit code: 0 done,
+// 1 a file that could not be read.
+#ifndef MOLCRYST_APPS_COMMANDS_H
+#define MOLCRYST_APPS_COMMANDS_H
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace molcryst {
+namespace app {
+
+/// molcryst report [--json] FILE...: cell, symmetry, molecules, bonds and
+/// hydrogen bonds of every structure in the files.
+class ReportCommand {
+public:
+    explicit ReportCommand(CLI::App& parent);
+    bool chosen() const;
+    int run(std::ostream& out, std::ostream& err) const;
+
+private:
+    CLI::App* command_;
+    std::vector<std::string> files_;
+    bool json_ = false;
+};
+
+}  // namespace app
+}  // namespace molcryst
+
+#endif

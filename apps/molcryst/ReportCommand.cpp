@@ -1,0 +1,209 @@
+// molcryst report: what each structure of the files holds, as text or JSON.
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <iomanip>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "Commands.h"
+#include "molcryst/io/CifReader.h"
+#include "molcryst/io/StructureReport.h"
+
+namespace molcryst {
+namespace app {
+
+namespace {
+
+using nlohmann::json;
+
+const char* const axis_names[3] = {"a", "b", "c"};
+const char* const angle_names[3] = {"alpha", "beta", "gamma"};
+
+/// A number as deposited, with its standard uncertainty in brackets.
+std::string with_su(const UncertainValue& v) {
+    std::ostringstream out;
+    v.print(out);
+    return out.str();
+}
+
+double rounded(double value, int decimals) {
+    const double f = std::pow(10.0, decimals);
+    return std::round(value * f) / f;
+}
+
+std::string fixed(double value, int decimals) {
+    std::ostringstream out;
+    out << std::fixed << std::setprecision(decimals) << value;
+    return out.str();
+}
+
+const std::string& label(const CifBlock& block, int site) { return block.atoms[site].label; }
+
+json block_json(const StructureReport& report) {
+    const CifBlock& block = report.block();
+    json b;
+    b["name"] = block.name;
+    json cell;
+    for (int k = 0; k < 3; ++k) {
+        cell[axis_names[k]] = block.lengths[k].value();
+        cell[std::string(axis_names[k]) + "_su"] = block.lengths[k].standard_uncertainty();
+        cell[angle_names[k]] = block.angles[k].value();
+        cell[std::string(angle_names[k]) + "_su"] = block.angles[k].standard_uncertainty();
+    }
+    cell["volume"] = rounded(block.cell.volume(), 3);
+    b["cell"] = cell;
+    const Spacegroup& sg = block.cell.spacegroup();
+    b["spacegroup"] = {{"name", sg.name()},
+                       {"number", sg.number()},
+                       {"crystal_system", Spacegroup::system_name(sg.system())},
+                       {"operators", sg.noperators()},
+                       {"symops", block.operator_triplets},
+                       {"from", block.symmetry_source}};
+    if (block.z > 0) {
+        b["z"] = block.z;
+        b["z_prime"] = rounded(static_cast<double>(block.z) / sg.noperators(), 4);
+    } else {
+        b["z"] = nullptr;
+        b["z_prime"] = nullptr;
+    }
+    json molecules = json::array();
+    for (const StructureReport::MoleculeRow& m : report.molecules()) {
+        json labels = json::array();
+        for (int s : m.sites) labels.push_back(label(block, s));
+        molecules.push_back({{"formula", m.formula},
+                             {"atoms", static_cast<int>(m.sites.size())},
+                             {"whole_atoms", m.polymeric ? json(nullptr) : json(m.whole_atoms)},
+                             {"special_position", m.special_position},
+                             {"polymeric", m.polymeric},
+                             {"sites", labels}});
+    }
+    b["molecules"] = molecules;
+    json bonds = json::array();
+    for (const StructureReport::BondRow& r : report.bonds())
+        bonds.push_back({{"atom1", label(block, r.atom1)},
+                         {"atom2", label(block, r.atom2)},
+                         {"symmetry", r.symmetry},
+                         {"distance", rounded(r.distance, 4)}});
+    b["bonds"] = bonds;
+    json hbonds = json::array();
+    for (const StructureReport::HBondRow& r : report.hbonds())
+        hbonds.push_back({{"donor", label(block, r.donor)},
+                          {"hydrogen", label(block, r.hydrogen)},
+                          {"acceptor", label(block, r.acceptor)},
+                          {"symmetry", r.symmetry},
+                          {"d_a", rounded(r.d_a, 4)},
+                          {"h_a", rounded(r.h_a, 4)},
+                          {"angle", rounded(r.angle, 2)}});
+    b["hbonds"] = hbonds;
+    b["warnings"] = block.warnings;
+    return b;
+}
+
+/// Columns padded to their widest entry, two blanks apart.
+void table(std::ostream& out, const std::vector<std::vector<std::string> >& rows) {
+    std::vector<std::size_t> width;
+    for (const auto& row : rows)
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            if (width.size() <= i) width.push_back(0);
+            width[i] = std::max(width[i], row[i].size());
+        }
+    for (const auto& row : rows) {
+        std::string line = "  ";
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            line += row[i];
+            if (i + 1 < row.size()) line += std::string(width[i] - row[i].size() + 2, ' ');
+        }
+        out << line << "\n";
+    }
+}
+
+void block_text(std::ostream& out, const StructureReport& report) {
+    const CifBlock& block = report.block();
+    const Spacegroup& sg = block.cell.spacegroup();
+    out << "data_" << block.name << "\n";
+    out << "cell: ";
+    for (int k = 0; k < 3; ++k) out << axis_names[k] << " = " << with_su(block.lengths[k]) << ", ";
+    for (int k = 0; k < 3; ++k) out << angle_names[k] << " = " << with_su(block.angles[k]) << ", ";
+    out << "volume = " << fixed(block.cell.volume(), 1) << " A^3\n";
+    out << "spacegroup: " << sg.name() << " (number " << sg.number() << ", " << Spacegroup::system_name(sg.system())
+        << "), " << sg.noperators() << " operators from the " << block.symmetry_source << "\n";
+    out << "Z = " << (block.z > 0 ? std::to_string(block.z) : "?") << ", Z' = "
+        << (block.z > 0 ? fixed(static_cast<double>(block.z) / sg.noperators(), 2) : "?") << "\n";
+    out << "molecules: " << report.molecules().size() << "\n";
+    std::vector<std::vector<std::string> > rows{{"#", "formula", "atoms", "whole", "special position", "polymeric"}};
+    int n = 0;
+    for (const StructureReport::MoleculeRow& m : report.molecules())
+        rows.push_back({std::to_string(++n), m.formula, std::to_string(m.sites.size()),
+                        m.polymeric ? "-" : std::to_string(m.whole_atoms), m.special_position ? "yes" : "no",
+                        m.polymeric ? "yes" : "no"});
+    table(out, rows);
+    out << "bonds: " << report.bonds().size() << "\n";
+    rows.assign(1, {"atom1", "atom2", "symmetry", "distance"});
+    for (const StructureReport::BondRow& r : report.bonds())
+        rows.push_back({label(block, r.atom1), label(block, r.atom2), r.symmetry, fixed(r.distance, 4)});
+    table(out, rows);
+    out << "hydrogen bonds: " << report.hbonds().size() << "\n";
+    rows.assign(1, {"donor", "hydrogen", "acceptor", "symmetry", "D...A", "H...A", "D-H...A"});
+    for (const StructureReport::HBondRow& r : report.hbonds())
+        rows.push_back({label(block, r.donor), label(block, r.hydrogen), label(block, r.acceptor), r.symmetry,
+                        fixed(r.d_a, 3), fixed(r.h_a, 3), fixed(r.angle, 1)});
+    table(out, rows);
+}
+
+}  // namespace
+
+ReportCommand::ReportCommand(CLI::App& parent) {
+    command_ = parent.add_subcommand("report", "Report cell, symmetry, molecules, bonds and hydrogen bonds");
+    command_->add_option("files", files_, "CIF files")->required();
+    command_->add_flag("--json", json_, "Print one JSON document");
+}
+
+bool ReportCommand::chosen() const { return command_->parsed(); }
+
+int ReportCommand::run(std::ostream& out, std::ostream& err) const {
+    int status = 0;
+    json document;
+    document["molcryst"] = MOLCRYST_VERSION;
+    document["files"] = json::array();
+    for (const std::string& file : files_) {
+        CifDocument cif;
+        try {
+            cif = CifReader::read_file(file);
+        } catch (const CifError& e) {
+            err << e.what() << "\n";
+            status = 1;
+            continue;
+        }
+        json entry;
+        entry["file"] = file;
+        entry["blocks"] = json::array();
+        json skipped = json::array();
+        for (const CifError& e : cif.skipped) {
+            err << "warning: " << e.what() << " (block skipped)\n";
+            skipped.push_back(e.what());
+        }
+        for (const CifBlock& block : cif.blocks) {
+            for (const std::string& w : block.warnings) err << "warning: " << w << "\n";
+            try {
+                StructureReport report(block);
+                if (json_)
+                    entry["blocks"].push_back(block_json(report));
+                else
+                    block_text(out, report);
+            } catch (const std::exception& e) {
+                const std::string line = CifError(file, block.line, e.what()).what();
+                err << "warning: " << line << " (block skipped)\n";
+                skipped.push_back(line);
+            }
+        }
+        entry["skipped"] = skipped;
+        document["files"].push_back(entry);
+    }
+    if (json_) out << document.dump(2) << "\n";
+    return status;
+}
+
+}  // namespace app
+}  // namespace molcryst

@@ -1,0 +1,23 @@
+// molcryst: the command. Each subcommand sits in a file of its own and adds
+// itself to the parser here.
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+
+#include "Commands.h"
+
+int main(int argc, char** argv) {
+    CLI::App app{"molcryst: reads crystal structures and reports what they hold"};
+    app.set_version_flag("--version", std::string("molcryst ") + MOLCRYST_VERSION);
+    app.require_subcommand(1);
+    molcryst::app::ReportCommand report(app);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        // --help and --version end here with code 0; anything else is bad usage.
+        const int code = app.exit(e);
+        return code == 0 ? 0 : 2;
+    }
+    if (report.chosen()) return report.run(std::cout, std::cerr);
+    return 2;
+}
