@@ -19,6 +19,7 @@ if(MODE STREQUAL "package")
       -DCMAKE_INSTALL_PREFIX=${WORK_DIR}/prefix)
   run(${CMAKE_COMMAND} --build ${WORK_DIR}/lib)
   run(${CMAKE_COMMAND} --install ${WORK_DIR}/lib)
+  run(${WORK_DIR}/prefix/bin/molcryst --version)  # the command is installed with the library
   run(${CMAKE_COMMAND} -S ${consumer_src}/package -B ${WORK_DIR}/app -G Ninja
       -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix)
 else()

@@ -1,5 +1,6 @@
 // An outside program that takes molcryst as a user would: one include, the
 // namespace, and the library's names. It exits non-zero if anything is off.
+#include <molcryst/io/CifReader.h>
 #include <molcryst/molcryst.h>
 
 #include <cstdio>
@@ -52,5 +53,13 @@ int main() {
     } catch (const std::invalid_argument& e) {
         check(std::string(e.what()) == "Graph::add_edge - duplicate edge identifier", "graph message");
     }
+
+    // The reader target: a structure from text.
+    const std::string cif =
+        "data_x\n_cell_length_a 5\n_cell_length_b 6\n_cell_length_c 7\n_cell_angle_alpha 90\n"
+        "_cell_angle_beta 90\n_cell_angle_gamma 90\n_symmetry_space_group_name_H-M 'P -1'\n"
+        "loop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\nO1 0.1 0.2 0.3\n";
+    CifDocument document = CifReader::read_text(cif, "consumer.cif");
+    check(document.blocks.size() == 1 && document.blocks[0].cell.spacegroup().noperators() == 2, "CIF import");
     return failures == 0 ? 0 : 1;
 }
