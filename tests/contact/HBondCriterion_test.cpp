@@ -38,8 +38,6 @@ const double pi = std::acos(-1.0);
 // Methyl and ring hydrogens, which no rule looks at, are left out of the
 // molecules written here; bond lengths and angles are those of real structures.
 
-HMolecule3d water() { return molecule("O O1 0 0 0; H H1 0.9572 0 0; H H2 -0.2400 0.9266 0", "O1-H1 O1-H2"); }
-
 HMolecule3d methanol() { return molecule("C C1 0 0 0; O O1 1.43 0 0; H H1 1.7533 0.9066 0", "C1-O1 O1-H1"); }
 
 HMolecule3d phenol() {
@@ -240,7 +238,7 @@ TEST(HBondCriterion, FunctionalGroupsAreClassifiedFromTheirBonds) {
     }
     // A donor atom needs a hydrogen of its own, unless hydrogens are ignored.
     const HB heavy(3.5, 0.0, Angle::from_degrees(120), false, true, INTRA_AND_INTERMOLECULAR, 0, 999);
-    HMolecule3d lone_o = molecule("O O1 0 0 0"), w = water(), ammine = iron_complex();
+    HMolecule3d lone_o = molecule("O O1 0 0 0"), w = water();
     EXPECT_FALSE(c.is_donor(*lone_o->atom(0)));
     EXPECT_TRUE(heavy.is_donor(*lone_o->atom(0)));
     EXPECT_TRUE(c.is_donor(*w->atom(0)));
