@@ -11,16 +11,15 @@
 // BM_HBondSearchLiteral: the group search of the first benchmark without
 // the grid or the types kept during the search.
 #include <benchmark/benchmark.h>
+#include <molcryst/contact/HBondCriterion.h>
+#include <molcryst/crystal/Crystal.h>
+#include <molcryst/molecule/Molecule3d.h>
+#include <molcryst/molecule/Site.h>
 
 #include <cmath>
 #include <random>
 #include <unordered_map>
 #include <vector>
-
-#include <molcryst/contact/HBondCriterion.h>
-#include <molcryst/crystal/Crystal.h>
-#include <molcryst/molecule/Molecule3d.h>
-#include <molcryst/molecule/Site.h>
 
 // The test molecules, written once for the tests.
 #include "../tests/molecule/TestMolecules.h"
@@ -29,8 +28,8 @@ using namespace molcryst;
 
 namespace {
 
-const double spacing = 4.6;   // between grid points, Angstrom
-const double closest = 1.6;   // the least distance between atoms of two copies
+const double spacing = 4.6;  // between grid points, Angstrom
+const double closest = 1.6;  // the least distance between atoms of two copies
 
 // Where atoms have been placed, by cells of side `closest`.
 class Occupied {

@@ -1,13 +1,13 @@
 // The molcryst demo: builds a small example and prints what the library did
 // with it. Run by the README's first command.
+#include <molcryst/molcryst.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <string>
 #include <vector>
-
-#include <molcryst/molcryst.h>
 
 using namespace molcryst;
 
@@ -54,8 +54,8 @@ void show_archive() {
     std::vector<int> sizes;
     DatabaseEntryIdentifier id;
     out >> name >> value >> sizes >> id;
-    std::cout << "  read back: \"" << name << "\", " << value << ", " << sizes.size() << " ring sizes, entry "
-              << id << "\n";
+    std::cout << "  read back: \"" << name << "\", " << value << ", " << sizes.size() << " ring sizes, entry " << id
+              << "\n";
 }
 
 void show_graph() {
@@ -115,9 +115,9 @@ Point outward(const Point& atom, const Point& centre, double length) {
 void add_hydrogens(Molecule& m, int centre, int neighbour, int reference, int n, double length,
                    const std::string& stem) {
     for (int k = 0; k < n; ++k) {
-        Point h = internal_to_orthogonal(position(m, centre), length, position(m, neighbour),
-                                         Angle::from_degrees(109.47), position(m, reference),
-                                         Angle::from_degrees(180.0 + 120.0 * k));
+        Point h =
+            internal_to_orthogonal(position(m, centre), length, position(m, neighbour), Angle::from_degrees(109.47),
+                                   position(m, reference), Angle::from_degrees(180.0 + 120.0 * k));
         add_bond(m, centre, add_atom(m, Element::H, stem + std::to_string(k + 1), h), SINGLE_BOND);
     }
 }
@@ -148,8 +148,7 @@ HMolecule caffeine() {
     const double step = distance(vertex(start + 0.4 * pi), c4) < 1e-3 ? -0.4 * pi : 0.4 * pi;
     const char* five_labels[3] = {"N7", "C8", "N9"};
     const Element five_elements[3] = {Element::N, Element::C, Element::N};
-    for (int k = 1; k <= 3; ++k)
-        add_atom(*m, five_elements[k - 1], five_labels[k - 1], vertex(start + step * k));
+    for (int k = 1; k <= 3; ++k) add_atom(*m, five_elements[k - 1], five_labels[k - 1], vertex(start + step * k));
     const int n1 = 0, c2 = 1, n3 = 2, c4i = 3, c5i = 4, c6 = 5, n7 = 6, c8 = 7, n9 = 8;
     add_bond(*m, n1, c2, SINGLE_BOND);
     add_bond(*m, c2, n3, SINGLE_BOND);
@@ -182,8 +181,8 @@ HMolecule caffeine() {
 void add_acetic_acid(Molecule& m, const std::string& tag) {
     const int c = add_atom(m, Element::C, "C1" + tag, Point(0, 0, 0));
     const int o1 = add_atom(m, Element::O, "O1" + tag, Point(1.21, 0, 0));
-    const int o2 = add_atom(m, Element::O, "O2" + tag,
-                            Point(1.31 * std::cos(122 * pi / 180), 1.31 * std::sin(122 * pi / 180), 0));
+    const int o2 =
+        add_atom(m, Element::O, "O2" + tag, Point(1.31 * std::cos(122 * pi / 180), 1.31 * std::sin(122 * pi / 180), 0));
     const int methyl = add_atom(m, Element::C, "C2" + tag,
                                 Point(1.50 * std::cos(-118 * pi / 180), 1.50 * std::sin(-118 * pi / 180), 0));
     const Point h = internal_to_orthogonal(position(m, o2), 0.97, position(m, c), Angle::from_degrees(107),
@@ -231,9 +230,9 @@ HMolecule platinum_complex() {
     int carbon = 0;
     for (int s : {s1, s2}) {
         for (int side = 0; side < 2; ++side) {
-            const Point c = internal_to_orthogonal(position(*m, s), 1.81, position(*m, pt), Angle::from_degrees(105),
-                                                   position(*m, s == s1 ? n2 : n1),
-                                                   Angle::from_degrees(side == 0 ? 60 : -60));
+            const Point c =
+                internal_to_orthogonal(position(*m, s), 1.81, position(*m, pt), Angle::from_degrees(105),
+                                       position(*m, s == s1 ? n2 : n1), Angle::from_degrees(side == 0 ? 60 : -60));
             const std::string label = "C" + std::to_string(++carbon);
             const int ci = add_atom(*m, Element::C, label, c);
             add_bond(*m, s, ci, SINGLE_BOND);
@@ -306,8 +305,8 @@ void show_molecules() {
                   << part->centroid() << "\n";
     // The hydrogen bond O2A-H1A...O1B as a contact record between the parts.
     MolecularContact hbond((*parts)[0], 4, (*parts)[1], 1, 3);
-    std::cout << "  H...O distance " << distance(hbond.molecule_from()->atom(4)->site()->orth(),
-                                                   hbond.molecule_to()->atom(1)->site()->orth())
+    std::cout << "  H...O distance "
+              << distance(hbond.molecule_from()->atom(4)->site()->orth(), hbond.molecule_to()->atom(1)->site()->orth())
               << " A; ";
     hbond.print(std::cout);
     MolecularContact reversed(hbond);
@@ -321,8 +320,8 @@ void show_molecules() {
     ar.rewind();
     for (const HMolecule& m : all) {
         Molecule3d back(ar);
-        std::cout << "  " << back.natoms() << " atoms, " << back.nbonds() << " bonds read back, equal: "
-                  << (back == *m ? "yes" : "no") << "\n";
+        std::cout << "  " << back.natoms() << " atoms, " << back.nbonds()
+                  << " bonds read back, equal: " << (back == *m ? "yes" : "no") << "\n";
     }
 
     std::cout << "Subset view of caffeine's ring atoms\n";
@@ -345,8 +344,92 @@ void show_molecules() {
         std::cout << "  removing through the view: " << e.what() << "\n";
     }
     HMolecule copy = rings.create_molecule();
-    std::cout << "  as a molecule of its own: " << copy->natoms() << " atoms, editable: "
-              << (copy->editable() ? "yes" : "no") << "\n";
+    std::cout << "  as a molecule of its own: " << copy->natoms()
+              << " atoms, editable: " << (copy->editable() ? "yes" : "no") << "\n";
+}
+
+/// A cyclic water trimer: oxygens 2.85 A apart at the corners of a triangle,
+/// each water giving one hydrogen to the next and holding the other out of
+/// the plane.
+Hvector_HMolecule water_trimer() {
+    const double pi = std::acos(-1.0);
+    const double r = 2.85 / std::sqrt(3.0);
+    Point oxygens[3];
+    for (int k = 0; k < 3; ++k)
+        oxygens[k] = Point(r * std::cos(pi / 2 + 2 * pi * k / 3), r * std::sin(pi / 2 + 2 * pi * k / 3), 0);
+    Hvector_HMolecule waters(new vector_HMolecule());
+    for (int k = 0; k < 3; ++k) {
+        const Point& o = oxygens[k];
+        const Vector<double, 3> u = Vector<double, 3>(oxygens[(k + 1) % 3] - o).unit();  // towards the next oxygen
+        // Perpendicular to u: away from the ring's centre and upwards.
+        Vector<double, 3> away = Vector<double, 3>(u[1], -u[0], 0).unit();
+        if (away[0] * o[0] + away[1] * o[1] < 0) away = away * -1.0;
+        const Vector<double, 3> w = Vector<double, 3>(away * 0.6 + Vector<double, 3>(0, 0, 0.8)).unit();
+        const double hoh = 104.5 * pi / 180;
+        const std::string n = std::to_string(k + 1);
+        HMolecule m(new Molecule3d());
+        const int oi = add_atom(*m, Element::O, "O" + n, o);
+        const int h1 = add_atom(*m, Element::H, "H" + n + "A", Point(o + u * 0.96));
+        const int h2 =
+            add_atom(*m, Element::H, "H" + n + "B", Point(o + (u * std::cos(hoh) + w * std::sin(hoh)) * 0.96));
+        m->add(HBond(new Bond3d(SINGLE_BOND)), oi, h1);
+        m->add(HBond(new Bond3d(SINGLE_BOND)), oi, h2);
+        waters->push_back(m);
+    }
+    return waters;
+}
+
+/// The hydrogen bonds between the molecules of `crystal`. A search from each
+/// molecule finds every bond twice, once from each side; each is shown once,
+/// from the side of its hydrogen.
+void show_hydrogen_bonds(const std::string& name, const Crystal& crystal, const HBondCriterion& c) {
+    int nfound = 0;
+    std::vector<std::string> lines;
+    for (int i = 0; i < crystal.nmolecules(); ++i) {
+        const Hvector_HMolecularContact found = crystal.nonbonded_search(i, c);
+        nfound += static_cast<int>(found->size());
+        for (const HMolecularContact& contact : *found) {
+            const HAtom h = contact->molecule_from()->atom(contact->atom_from());
+            if (h->element().atomic_number() != 1) continue;
+            const HAtom acceptor = contact->molecule_to()->atom(contact->atom_to());
+            const HAtom donor = h->neighbours().front();
+            char line[256];
+            std::snprintf(
+                line, sizeof line, "    %s-%s...%s  H...A %.3f A, D-H...A %.1f degrees; %s to %s\n",
+                donor->label().c_str(), h->label().c_str(), acceptor->label().c_str(), contact->strength(),
+                angle(donor->site()->orth(), h->site()->orth(), acceptor->site()->orth()).degrees(),
+                HBondCriterion::default_donors()[HBondCriterion::donor_atom_type(*donor)].name.c_str(),
+                HBondCriterion::default_acceptors()[HBondCriterion::acceptor_atom_type(*acceptor)].name.c_str());
+            lines.push_back(line);
+        }
+    }
+    std::cout << "  " << name << ": " << lines.size() << " hydrogen bonds (" << nfound
+              << " contacts, each bond seen from both molecules)\n";
+    for (const std::string& line : lines) std::cout << line;
+}
+
+void show_hbonds() {
+    std::cout << "Hydrogen bonds\n";
+    // The library's own defaults: between molecules, the H...A distance at
+    // most the sum of the two van der Waals radii, D-H...A at least 120 degrees.
+    const HBondCriterion c(0.0, -5.0, Angle::from_degrees(120), true, false, INTERMOLECULAR, 4, 999);
+    c.print(std::cout);
+    show_hydrogen_bonds("acetic acid dimer", Crystal(Cell(), acetic_acid_dimer()->split()), c);
+    show_hydrogen_bonds("water trimer", Crystal(Cell(), water_trimer()), c);
+    // Ethers have no hydrogen to give.
+    Hvector_HMolecule ethers(new vector_HMolecule());
+    for (double z : {0.0, 3.0}) {
+        HMolecule m(new Molecule3d());
+        add_atom(*m, Element::C, "C1", Point(0, 0, z));
+        add_atom(*m, Element::O, "O1", Point(1.41, 0, z));
+        add_atom(*m, Element::C, "C2", Point(1.9153, 1.3163, z));
+        m->add(HBond(new Bond3d(SINGLE_BOND)), 0, 1);
+        m->add(HBond(new Bond3d(SINGLE_BOND)), 1, 2);
+        ethers->push_back(m);
+    }
+    const Crystal ether_pair(Cell(), ethers);
+    std::cout << "  two dimethyl ethers 3 A apart: " << ether_pair.nonbonded_search(0, c)->size()
+              << " hydrogen bonds\n";
 }
 
 }  // namespace
@@ -356,5 +439,6 @@ int main() {
     show_archive();
     show_graph();
     show_molecules();
+    show_hbonds();
     return 0;
 }
