@@ -1,13 +1,13 @@
 // The molcryst demo: builds a small example and prints what the library did
 // with it. Run by the README's first command.
-#include <molcryst/molcryst.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <string>
 #include <vector>
+
+#include <molcryst/molcryst.h>
 
 using namespace molcryst;
 
@@ -54,8 +54,8 @@ void show_archive() {
     std::vector<int> sizes;
     DatabaseEntryIdentifier id;
     out >> name >> value >> sizes >> id;
-    std::cout << "  read back: \"" << name << "\", " << value << ", " << sizes.size() << " ring sizes, entry " << id
-              << "\n";
+    std::cout << "  read back: \"" << name << "\", " << value << ", " << sizes.size() << " ring sizes, entry "
+              << id << "\n";
 }
 
 void show_graph() {
@@ -115,9 +115,9 @@ Point outward(const Point& atom, const Point& centre, double length) {
 void add_hydrogens(Molecule& m, int centre, int neighbour, int reference, int n, double length,
                    const std::string& stem) {
     for (int k = 0; k < n; ++k) {
-        Point h =
-            internal_to_orthogonal(position(m, centre), length, position(m, neighbour), Angle::from_degrees(109.47),
-                                   position(m, reference), Angle::from_degrees(180.0 + 120.0 * k));
+        Point h = internal_to_orthogonal(position(m, centre), length, position(m, neighbour),
+                                         Angle::from_degrees(109.47), position(m, reference),
+                                         Angle::from_degrees(180.0 + 120.0 * k));
         add_bond(m, centre, add_atom(m, Element::H, stem + std::to_string(k + 1), h), SINGLE_BOND);
     }
 }
@@ -148,7 +148,8 @@ HMolecule caffeine() {
     const double step = distance(vertex(start + 0.4 * pi), c4) < 1e-3 ? -0.4 * pi : 0.4 * pi;
     const char* five_labels[3] = {"N7", "C8", "N9"};
     const Element five_elements[3] = {Element::N, Element::C, Element::N};
-    for (int k = 1; k <= 3; ++k) add_atom(*m, five_elements[k - 1], five_labels[k - 1], vertex(start + step * k));
+    for (int k = 1; k <= 3; ++k)
+        add_atom(*m, five_elements[k - 1], five_labels[k - 1], vertex(start + step * k));
     const int n1 = 0, c2 = 1, n3 = 2, c4i = 3, c5i = 4, c6 = 5, n7 = 6, c8 = 7, n9 = 8;
     add_bond(*m, n1, c2, SINGLE_BOND);
     add_bond(*m, c2, n3, SINGLE_BOND);
@@ -181,8 +182,8 @@ HMolecule caffeine() {
 void add_acetic_acid(Molecule& m, const std::string& tag) {
     const int c = add_atom(m, Element::C, "C1" + tag, Point(0, 0, 0));
     const int o1 = add_atom(m, Element::O, "O1" + tag, Point(1.21, 0, 0));
-    const int o2 =
-        add_atom(m, Element::O, "O2" + tag, Point(1.31 * std::cos(122 * pi / 180), 1.31 * std::sin(122 * pi / 180), 0));
+    const int o2 = add_atom(m, Element::O, "O2" + tag,
+                            Point(1.31 * std::cos(122 * pi / 180), 1.31 * std::sin(122 * pi / 180), 0));
     const int methyl = add_atom(m, Element::C, "C2" + tag,
                                 Point(1.50 * std::cos(-118 * pi / 180), 1.50 * std::sin(-118 * pi / 180), 0));
     const Point h = internal_to_orthogonal(position(m, o2), 0.97, position(m, c), Angle::from_degrees(107),
@@ -230,9 +231,9 @@ HMolecule platinum_complex() {
     int carbon = 0;
     for (int s : {s1, s2}) {
         for (int side = 0; side < 2; ++side) {
-            const Point c =
-                internal_to_orthogonal(position(*m, s), 1.81, position(*m, pt), Angle::from_degrees(105),
-                                       position(*m, s == s1 ? n2 : n1), Angle::from_degrees(side == 0 ? 60 : -60));
+            const Point c = internal_to_orthogonal(position(*m, s), 1.81, position(*m, pt), Angle::from_degrees(105),
+                                                   position(*m, s == s1 ? n2 : n1),
+                                                   Angle::from_degrees(side == 0 ? 60 : -60));
             const std::string label = "C" + std::to_string(++carbon);
             const int ci = add_atom(*m, Element::C, label, c);
             add_bond(*m, s, ci, SINGLE_BOND);
@@ -305,8 +306,8 @@ void show_molecules() {
                   << part->centroid() << "\n";
     // The hydrogen bond O2A-H1A...O1B as a contact record between the parts.
     MolecularContact hbond((*parts)[0], 4, (*parts)[1], 1, 3);
-    std::cout << "  H...O distance "
-              << distance(hbond.molecule_from()->atom(4)->site()->orth(), hbond.molecule_to()->atom(1)->site()->orth())
+    std::cout << "  H...O distance " << distance(hbond.molecule_from()->atom(4)->site()->orth(),
+                                                   hbond.molecule_to()->atom(1)->site()->orth())
               << " A; ";
     hbond.print(std::cout);
     MolecularContact reversed(hbond);
@@ -320,8 +321,8 @@ void show_molecules() {
     ar.rewind();
     for (const HMolecule& m : all) {
         Molecule3d back(ar);
-        std::cout << "  " << back.natoms() << " atoms, " << back.nbonds()
-                  << " bonds read back, equal: " << (back == *m ? "yes" : "no") << "\n";
+        std::cout << "  " << back.natoms() << " atoms, " << back.nbonds() << " bonds read back, equal: "
+                  << (back == *m ? "yes" : "no") << "\n";
     }
 
     std::cout << "Subset view of caffeine's ring atoms\n";
@@ -344,8 +345,8 @@ void show_molecules() {
         std::cout << "  removing through the view: " << e.what() << "\n";
     }
     HMolecule copy = rings.create_molecule();
-    std::cout << "  as a molecule of its own: " << copy->natoms()
-              << " atoms, editable: " << (copy->editable() ? "yes" : "no") << "\n";
+    std::cout << "  as a molecule of its own: " << copy->natoms() << " atoms, editable: "
+              << (copy->editable() ? "yes" : "no") << "\n";
 }
 
 /// A cyclic water trimer: oxygens 2.85 A apart at the corners of a triangle,
