@@ -493,6 +493,90 @@ void show_crystal() {
     }
 }
 
+/// A cyclic water trimer: oxygens 2.85 A apart at the corners of a triangle,
+/// each water giving one hydrogen to the next and holding the other out of
+/// the plane.
+Hvector_HMolecule water_trimer() {
+    const double pi = std::acos(-1.0);
+    const double r = 2.85 / std::sqrt(3.0);
+    Point oxygens[3];
+    for (int k = 0; k < 3; ++k)
+        oxygens[k] = Point(r * std::cos(pi / 2 + 2 * pi * k / 3), r * std::sin(pi / 2 + 2 * pi * k / 3), 0);
+    Hvector_HMolecule waters(new vector_HMolecule());
+    for (int k = 0; k < 3; ++k) {
+        const Point& o = oxygens[k];
+        const Vector<double, 3> u = Vector<double, 3>(oxygens[(k + 1) % 3] - o).unit();  // towards the next oxygen
+        // Perpendicular to u: away from the ring's centre and upwards.
+        Vector<double, 3> away = Vector<double, 3>(u[1], -u[0], 0).unit();
+        if (away[0] * o[0] + away[1] * o[1] < 0) away = away * -1.0;
+        const Vector<double, 3> w = Vector<double, 3>(away * 0.6 + Vector<double, 3>(0, 0, 0.8)).unit();
+        const double hoh = 104.5 * pi / 180;
+        const std::string n = std::to_string(k + 1);
+        HMolecule m(new Molecule3d());
+        const int oi = add_atom(*m, Element::O, "O" + n, o);
+        const int h1 = add_atom(*m, Element::H, "H" + n + "A", Point(o + u * 0.96));
+        const int h2 =
+            add_atom(*m, Element::H, "H" + n + "B", Point(o + (u * std::cos(hoh) + w * std::sin(hoh)) * 0.96));
+        m->add(HBond(new Bond3d(SINGLE_BOND)), oi, h1);
+        m->add(HBond(new Bond3d(SINGLE_BOND)), oi, h2);
+        waters->push_back(m);
+    }
+    return waters;
+}
+
+/// The hydrogen bonds between the molecules of `crystal`. A search from each
+/// molecule finds every bond twice, once from each side; each is shown once,
+/// from the side of its hydrogen.
+void show_hydrogen_bonds(const std::string& name, const Crystal& crystal, const HBondCriterion& c) {
+    int nfound = 0;
+    std::vector<std::string> lines;
+    for (int i = 0; i < crystal.nmolecules(); ++i) {
+        const Hvector_HMolecularContact found = crystal.nonbonded_search(i, c);
+        nfound += static_cast<int>(found->size());
+        for (const HMolecularContact& contact : *found) {
+            const HAtom h = contact->molecule_from()->atom(contact->atom_from());
+            if (h->element().atomic_number() != 1) continue;
+            const HAtom acceptor = contact->molecule_to()->atom(contact->atom_to());
+            const HAtom donor = h->neighbours().front();
+            char line[256];
+            std::snprintf(
+                line, sizeof line, "    %s-%s...%s  H...A %.3f A, D-H...A %.1f degrees; %s to %s\n",
+                donor->label().c_str(), h->label().c_str(), acceptor->label().c_str(), contact->strength(),
+                angle(donor->site()->orth(), h->site()->orth(), acceptor->site()->orth()).degrees(),
+                HBondCriterion::default_donors()[HBondCriterion::donor_atom_type(*donor)].name.c_str(),
+                HBondCriterion::default_acceptors()[HBondCriterion::acceptor_atom_type(*acceptor)].name.c_str());
+            lines.push_back(line);
+        }
+    }
+    std::cout << "  " << name << ": " << lines.size() << " hydrogen bonds (" << nfound
+              << " contacts, each bond seen from both molecules)\n";
+    for (const std::string& line : lines) std::cout << line;
+}
+
+void show_hbonds() {
+    std::cout << "Hydrogen bonds\n";
+    // The library's own defaults: between molecules, the H...A distance at
+    // most the sum of the two van der Waals radii, D-H...A at least 120 degrees.
+    const HBondCriterion c(0.0, -5.0, Angle::from_degrees(120), true, false, INTERMOLECULAR, 4, 999);
+    c.print(std::cout);
+    show_hydrogen_bonds("acetic acid dimer", Crystal(Cell(), acetic_acid_dimer()->split()), c);
+    show_hydrogen_bonds("water trimer", Crystal(Cell(), water_trimer()), c);
+    // Ethers have no hydrogen to give.
+    Hvector_HMolecule ethers(new vector_HMolecule());
+    for (double z : {0.0, 3.0}) {
+        HMolecule m(new Molecule3d());
+        add_atom(*m, Element::C, "C1", Point(0, 0, z));
+        add_atom(*m, Element::O, "O1", Point(1.41, 0, z));
+        add_atom(*m, Element::C, "C2", Point(1.9153, 1.3163, z));
+        m->add(HBond(new Bond3d(SINGLE_BOND)), 0, 1);
+        m->add(HBond(new Bond3d(SINGLE_BOND)), 1, 2);
+        ethers->push_back(m);
+    }
+    const Crystal ether_pair(Cell(), ethers);
+    std::cout << "  two dimethyl ethers 3 A apart: " << ether_pair.nonbonded_search(0, c)->size()
+              << " hydrogen bonds\n";
+}
+
 }  // namespace
 
 int main() {
@@ -502,5 +586,6 @@ int main() {
     show_molecules();
     show_contacts();
     show_crystal();
+    show_hbonds();
     return 0;
 }

@@ -274,8 +274,7 @@ HB::AcceptorAtomType n_acceptor_type(const Atom& atom) {
     if (heavy == 2) {
         if (atom.has_site() && x[0]->has_site() && x[1]->has_site() && degrees_at(atom, *x[0], *x[1]) > 175.0)
             return HB::NON_ACCEPTOR;
-        if (s0 == 20 && q == 0 && (has_non_single_bond(*x[0]) || has_non_single_bond(*x[1])))
-            return HB::NON_ACCEPTOR;
+        if (s0 == 20 && q == 0 && (has_non_single_bond(*x[0]) || has_non_single_bond(*x[1]))) return HB::NON_ACCEPTOR;
     }
     if (heavy == 1 && s0 == 10 && q == 0 && has_non_single_bond(*x[0])) return HB::NON_ACCEPTOR;
 
@@ -375,9 +374,7 @@ void set_range(std::vector<Properties>& table, int first, int last, HB::Property
 }
 
 bool is_donor_element(int z) { return z == 7 || z == 8 || z == 16; }
-bool is_acceptor_element(int z) {
-    return z == 7 || z == 8 || z == 9 || z == 16 || z == 17 || z == 35 || z == 53;
-}
+bool is_acceptor_element(int z) { return z == 7 || z == 8 || z == 9 || z == 16 || z == 17 || z == 35 || z == 53; }
 
 double vdw_radius_of(Element::TARNCode code) { return Element(code).vdw_radius(); }
 
@@ -400,9 +397,7 @@ std::ostream& HBondCriterion::AtomTypeProperties::print(std::ostream& os) const 
     return os;
 }
 
-void HBondCriterion::AtomTypeProperties::write(Archive& ar) const {
-    ar << static_cast<int>(setting) << name;
-}
+void HBondCriterion::AtomTypeProperties::write(Archive& ar) const { ar << static_cast<int>(setting) << name; }
 
 void HBondCriterion::AtomTypeProperties::read(Archive& ar) {
     int value = 0;
@@ -790,7 +785,7 @@ bool HBondCriterion::molecules_equal(const Molecule& m1, const Molecule& m2) con
 }
 
 bool HBondCriterion::within_distance_limits(const Molecule& m1, int atom1, const Molecule& m2, int atom2,
-                                              double d) const {
+                                            double d) const {
     double v = d;
     if (vdw_corrected_) v -= m1.atom(atom1)->element().vdw_radius() + m2.atom(atom2)->element().vdw_radius();
     return !(v > max_distance_ || v < min_distance_);

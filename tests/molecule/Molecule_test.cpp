@@ -24,11 +24,6 @@ using namespace molcryst::testing;
 
 namespace {
 
-// Water with a bond angle of 104.52 degrees: O1 0, H1 1, H2 2.
-HMolecule3d water() {
-    return molecule("O O1 0 0 0; H H1 0.9572 0 0; H H2 -0.2399872084090341 0.9266272064859951 0", "O1-H1 O1-H2");
-}
-
 // A chain A-B-C-D whose torsion is +60 degrees, its bonds stored in mixed
 // directions (B->A, C->B, C->D), and a fifth atom E on D.
 HMolecule3d torsion_chain() {

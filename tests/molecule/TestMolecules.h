@@ -116,6 +116,11 @@ inline HMolecule3d with_all_bonds(const Molecule& m, BondType type = UNKNOWN_BON
 // Below, a methyl group's three hydrogens stand on a line of their own;
 // their coordinates come from bond lengths, angles and torsions worked out once.
 
+/// Water with a bond angle of 104.52 degrees: O1 0, H1 1, H2 2.
+inline HMolecule3d water() {
+    return molecule("O O1 0 0 0; H H1 0.9572 0 0; H H2 -0.2399872084090341 0.9266272064859951 0", "O1-H1 O1-H2");
+}
+
 /// CH3-C(=O)-NH2, planar amide. Heavy atoms C2, C1 (methyl), O1, N1.
 inline HMolecule3d acetamide() {
     return molecule(
