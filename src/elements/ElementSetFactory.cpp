@@ -178,7 +178,7 @@ ElementSet ElementSetFactory::non_metals() {
 }
 
 ElementSet ElementSetFactory::hydrogens() {
-    ElementSet set(Element(Element::H));
+    ElementSet set((Element(Element::H)));  // doubled parentheses: a declaration, not a function
     set += Element(Element::D);
     return set;
 }

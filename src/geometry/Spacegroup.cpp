@@ -56,9 +56,9 @@ Spacegroup::Spacegroup(const std::string& name, int number, System system, const
 
 Spacegroup Spacegroup::generate(const std::string& name, int number, System system,
                                 const std::vector<CrystalSymmetryOperator>& generators) {
-    const std::size_t largest = 192;
+    constexpr std::size_t largest = 192;  // used in the lambda without capture
     std::vector<CrystalSymmetryOperator> group(1);
-    auto add = [&group, largest](const CrystalSymmetryOperator& op) {
+    auto add = [&group](const CrystalSymmetryOperator& op) {
         const CrystalSymmetryOperator r = reduced(op);
         for (const CrystalSymmetryOperator& present : group)
             if (same_modulo_lattice(present, r)) return;

@@ -67,7 +67,8 @@ TEST(Molecule3d, CopiesShareNothingButTheTyper) {
     Molecule3d c;
     c = a;
     EXPECT_TRUE(c == a);
-    c = c;  // self-assignment keeps the contents
+    const Molecule3d& same = c;
+    c = same;  // self-assignment keeps the contents
     EXPECT_EQ(c.natoms(), 6);
 
     HMolecule d = a.clone();

@@ -167,7 +167,8 @@ TEST(MoleculeSubset, NarrowingCopiesClonesAndParentEdits) {
     EXPECT_EQ(selection(*c), "0 1 4 | 3 0");
     MoleculeSubset other{ring_with_hydroxyl()};
     other = copy;
-    other = other;
+    const MoleculeSubset& same = other;
+    other = same;
     EXPECT_EQ(other.parent(), parent);
     EXPECT_EQ(selection(other), "0 1 4 | 3 0");
 
