@@ -13,6 +13,7 @@
 #include "molcryst/molecule/Site.h"
 #include "molcryst/support/Archive.h"
 #include "molcryst/support/TARNLog.h"
+#include "MoleculeListSearch.h"
 
 namespace molcryst {
 
@@ -255,23 +256,11 @@ Point Crystal::centroid() const {
 }
 
 HMolecule Crystal::find_molecule(int index, int symmtag) const {
-    if (index < 0) return HMolecule();  // no atom has a negative index
-    for (const HMolecule& m : *molecules_)
-        if (m->natoms() > index && m->atom(index)->symmtag() == symmtag) return m;
-    return HMolecule();
+    return crystal_detail::find_molecule(*molecules_, index, symmtag);
 }
 
 bool Crystal::find_atom(int symmtag, const Point& p, HMolecule& molecule, int& index) const {
-    for (const HMolecule& m : *molecules_) {
-        int found = -1;
-        if (m->find_atom(symmtag, p, found)) {
-            molecule = m;
-            index = found;
-            return true;
-        }
-    }
-    index = -1;
-    return false;
+    return crystal_detail::find_atom(*molecules_, symmtag, p, molecule, index);
 }
 
 Hvector_HMolecularContact Crystal::nonbonded_search(int i, const std::vector<int>& atoms_i, int j,

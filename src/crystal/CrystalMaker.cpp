@@ -13,6 +13,7 @@
 #include "molcryst/molecule/Site.h"
 #include "molcryst/support/Archive.h"
 #include "molcryst/support/TARNLog.h"
+#include "MoleculeListSearch.h"
 
 namespace molcryst {
 
@@ -173,23 +174,11 @@ int CrystalMaker::nbonds() const {
 }
 
 HMolecule CrystalMaker::find_molecule(int index, int symmtag) const {
-    if (index < 0) return HMolecule();  // no atom has a negative index
-    for (const HMolecule& m : *current_molecules_)
-        if (m->natoms() > index && m->atom(index)->symmtag() == symmtag) return m;
-    return HMolecule();
+    return crystal_detail::find_molecule(*current_molecules_, index, symmtag);
 }
 
 bool CrystalMaker::find_atom(int symmtag, const Point& p, HMolecule& molecule, int& index) const {
-    for (const HMolecule& m : *current_molecules_) {
-        int found = -1;
-        if (m->find_atom(symmtag, p, found)) {
-            molecule = m;
-            index = found;
-            return true;
-        }
-    }
-    index = -1;
-    return false;
+    return crystal_detail::find_atom(*current_molecules_, symmtag, p, molecule, index);
 }
 
 void CrystalMaker::select(Selection s) {

@@ -94,6 +94,20 @@ TEST(CrystalMaker, ViewsSelectionsAndMatchLevels) {
     EXPECT_EQ(maker.molecules()->size(), 1u);
     EXPECT_EQ(maker.molecules3d()->size(), 1u);
     EXPECT_EQ(maker.natoms(), 3);
+
+    // Lookups go through the view only.
+    c->atom(0)->set_symmtag(3);
+    EXPECT_EQ(maker.find_molecule(0, 3), c);
+    maker.select_2d();
+    EXPECT_EQ(maker.find_molecule(0, 3).unhand(), nullptr);
+    EXPECT_EQ(maker.find_molecule(0, -1), a);
+    HMolecule where;
+    int index = 7;
+    EXPECT_TRUE(maker.find_atom(-1, b->atom(0)->site()->orth(), where, index));
+    EXPECT_EQ(where, b);
+    EXPECT_EQ(index, 0);
+    EXPECT_FALSE(maker.find_atom(3, c->atom(0)->site()->orth(), where, index));
+    EXPECT_EQ(index, -1);
 }
 
 TEST(CrystalMaker, AtomAndBondRemovalSplitsOnlyWhereAMoleculeMayFallApart) {
