@@ -606,17 +606,16 @@ private:
         const double radius = criterion.max_radius();
         for (std::size_t h = 0; h < sites_.size(); ++h) {
             if (block_.atoms[h].element.atomic_number() != 1) continue;
+            // A hydrogen on one atom other than carbon may give a hydrogen
+            // bond; its molecule is made only once an acceptor is in reach.
+            if (links_[h].size() != 1) continue;
+            const Link& to_donor = links_[h][0];
+            if (block_.atoms[to_donor.to].element.atomic_number() == 6) continue;
+            const Point d_orth = cell_.orthogonal(Point(ops_[to_donor.op].apply(sites_[to_donor.to]) + Vector<double, 3>(to_donor.lattice)));
             const int c = component_[h];
             const int hn = first_node(c, static_cast<int>(h));
-            // The donor's molecule placed so that this hydrogen stands as deposited.
-            HMolecule donor_molecule = placed(c, node_lists_[c][hn].t.inverse());
-            if (donor_molecule.unhand() == nullptr) continue;
-            Hvector_int neighbours = donor_molecule->atom_connections(hn);
-            if (neighbours->size() != 1) continue;
-            const int dn = (*neighbours)[0];
-            const HAtom donor = donor_molecule->atom(dn);
-            if (donor->element().atomic_number() == 6) continue;
-            const Point d_orth = donor->site()->orth();
+            HMolecule donor_molecule;
+            int dn = -1;
             const Element& eh = block_.atoms[h].element;
             near(orth_[h], radius, [&](const Image& image) {
                 const CifAtomSite& acceptor = block_.atoms[image.site];
@@ -628,6 +627,12 @@ private:
                 const Vector<double, 3> hd = d_orth - orth_[h], ha = image.orth - orth_[h];
                 const double cosine = hd.dot(ha) / (hd.length() * ha.length());
                 if (std::acos(std::max(-1.0, std::min(1.0, cosine))) * 180.0 / pi < 120.0 - 1e-9) return;
+                if (donor_molecule.unhand() == nullptr) {
+                    // The donor's molecule placed so that this hydrogen stands as deposited.
+                    donor_molecule = placed(c, node_lists_[c][hn].t.inverse());
+                    if (donor_molecule.unhand() == nullptr) return;
+                    dn = (*donor_molecule->atom_connections(hn))[0];
+                }
                 // The acceptor's molecule placed so that the acceptor is this image.
                 const int k = component_[image.site];
                 const int an = first_node(k, image.site);
@@ -637,7 +642,7 @@ private:
                 Hvector_HMolecularContact found = criterion.find_contact(donor_molecule, hn, acceptor_molecule, an);
                 if (found->empty()) return;
                 HBondRow row;
-                row.donor = donor->symmtag();
+                row.donor = donor_molecule->atom(dn)->symmtag();
                 row.hydrogen = static_cast<int>(h);
                 row.acceptor = image.site;
                 row.op = image.op;
