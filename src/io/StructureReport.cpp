@@ -328,9 +328,16 @@ private:
                 if (total > max_images) throw std::runtime_error("the asymmetric unit spreads over too many cells");
             }
         images_.reserve(total);
+        report_.on_special_.assign(sites_.size(), false);
         for (std::size_t j = 0; j < sites_.size(); ++j)
             for (std::size_t s = 0; s < ops_.size(); ++s) {
                 const Point q = ops_[s].apply(sites_[j]);
+                // On a symmetry element an operator repeats an earlier image
+                // (less a lattice translation): one atom, kept at the first.
+                if (repeats_earlier_image(sites_[j], s)) {
+                    report_.on_special_[j] = true;
+                    continue;
+                }
                 int from[3], to[3];
                 for (int k = 0; k < 3; ++k) {
                     from[k] = static_cast<int>(std::ceil(lo[k] - q[k]));
@@ -371,6 +378,19 @@ private:
         cell_images_.resize(images_.size());
         std::vector<int> fill(cell_start_.begin(), cell_start_.end() - 1);
         for (std::size_t i = 0; i < images_.size(); ++i) cell_images_[fill[cell_of[i]]++] = static_cast<int>(i);
+    }
+
+    /// Whether operator `s` puts `f` where an earlier operator does, up to a
+    /// lattice translation.
+    bool repeats_earlier_image(const Point& f, std::size_t s) const {
+        const Point q = ops_[s].apply(f);
+        for (std::size_t e = 0; e < s; ++e) {
+            const Point p = ops_[e].apply(f);
+            Vector<double, 3> shift;
+            for (int k = 0; k < 3; ++k) shift[k] = q[k] - p[k] - std::round(q[k] - p[k]);
+            if (cell_.orthogonal(Point(shift)).length() < same_place) return true;
+        }
+        return false;
     }
 
     int cell_index(const Point& p) const {
@@ -426,7 +446,6 @@ private:
     void find_bonds() {
         const std::size_t n = sites_.size();
         links_.assign(n, std::vector<Link>());
-        report_.on_special_.assign(n, false);
         for (std::size_t i = 0; i < n; ++i) {
             const Element& ei = block_.atoms[i].element;
             near(orth_[i], reach_, [&](const Image& image) {

@@ -224,6 +224,18 @@ TEST(RealStructures, AgreeWithTheirPublishedGeometry) {
                 << "hydrogen bond " << d << " " << row[1] << " " << a << " " << row[4] << " " << code;
         }
 
+        // The sites on symmetry elements, as the checks list them.
+        std::string special;
+        for (std::size_t i = 0; i < atoms.size(); ++i)
+            if (report.on_special_position()[i]) special += (special.empty() ? "" : ",") + atoms[i].label;
+        std::string listed = checks_line(file, "atoms on special pos:");
+        listed = listed.substr(listed.find("atoms on special pos:") + 22);
+        // The checks name eight sites at most: those must come first, as named.
+        if (std::count(listed.begin(), listed.end(), ',') >= 7)
+            EXPECT_EQ(special.substr(0, listed.size()), listed) << "sites on special positions";
+        else
+            EXPECT_EQ(special, listed) << "sites on special positions";
+
         // The molecules, as the connectivity of the checks has them.
         auto other = other_molecules.find(file);
         EXPECT_EQ(text_of(reported_components(report)),
