@@ -297,8 +297,8 @@ Built* make(int shape, int size) {
     return new Built(count, edges);
 }
 
-void BasicRingSet(benchmark::State& state, int shape) {
-    Built* built = make(shape, static_cast<int>(state.range(0)));
+// Cold basic_ring_set of one graph, which the benchmark then frees.
+void ColdRingSet(benchmark::State& state, Built* built) {
     std::deque<std::set<HNode> > rings;
     for (auto _ : state) {
         built->drop_caches();
@@ -308,6 +308,8 @@ void BasicRingSet(benchmark::State& state, int shape) {
     state.counters["rings"] = static_cast<double>(rings.size());
     delete built;
 }
+
+void BasicRingSet(benchmark::State& state, int shape) { ColdRingSet(state, make(shape, static_cast<int>(state.range(0)))); }
 
 void IsNodeCyclicAll(benchmark::State& state, int shape) {
     Built* built = make(shape, static_cast<int>(state.range(0)));
@@ -326,15 +328,7 @@ void IsNodeCyclicAll(benchmark::State& state, int shape) {
 void Macrocycle(benchmark::State& state) {
     const int which = static_cast<int>(state.range(0));
     state.SetLabel(macrocycles()[static_cast<std::size_t>(which)].name);
-    Built* built = make(3, which);
-    std::deque<std::set<HNode> > rings;
-    for (auto _ : state) {
-        built->drop_caches();
-        benchmark::DoNotOptimize(built->graph.basic_ring_set(rings));
-    }
-    state.counters["nodes"] = static_cast<double>(built->nodes.size());
-    state.counters["rings"] = static_cast<double>(rings.size());
-    delete built;
+    ColdRingSet(state, make(3, which));
 }
 
 // The whole drug-like set, each molecule's rings perceived cold once per iteration.
