@@ -109,5 +109,6 @@
 #include "molcryst/crystal/SymmetryInclusionCondition.h"
 #include "molcryst/crystal/CrystalMaker.h"
 #include "molcryst/crystal/CrystalMakerHelpers.h"
+#include "molcryst/crystal/NewCrystal.h"
 
 #endif
