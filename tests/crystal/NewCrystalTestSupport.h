@@ -65,6 +65,14 @@ inline HCrystalMaker chain_maker() {
     return maker_of(cell, {at_frac(cell, "O O1 0.05 0.1 0.05; C C1 0.15 0.1 0.15", "O1-C1")});
 }
 
+/// A chain along b in P21 that grows: O1 2.06 A from O2 of the screw image
+/// at y + 1/2, which reaches O1 of the molecule moved by b. O...O within
+/// 2.5 A meets nothing else.
+inline HCrystalMaker screw_chain_maker() {
+    const Cell cell = box_cell(10, 5, 10, p21());
+    return maker_of(cell, {at_frac(cell, "O O1 0.05 0 0.05; C C1 0.1 -0.2 0; O O2 0.15 -0.4 -0.05", "O1-C1 C1-O2")});
+}
+
 /// What `f()` writes to standard output.
 template <class F>
 std::string stdout_of(F f) {
