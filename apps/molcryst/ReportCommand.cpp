@@ -8,6 +8,8 @@
 #include <sstream>
 
 #include "Commands.h"
+#include "HBondNetwork.h"
+#include "molcryst/io/CifImport.h"
 #include "molcryst/io/CifReader.h"
 #include "molcryst/io/StructureReport.h"
 
@@ -158,6 +160,7 @@ ReportCommand::ReportCommand(CLI::App& parent) {
     command_ = parent.add_subcommand("report", "Report cell, symmetry, molecules, bonds and hydrogen bonds");
     command_->add_option("files", files_, "CIF files")->required();
     command_->add_flag("--json", json_, "Print one JSON document");
+    command_->add_flag("--expand", expand_, "Grow the hydrogen-bonded network from the asymmetric unit");
 }
 
 bool ReportCommand::chosen() const { return command_->parsed(); }
@@ -188,10 +191,14 @@ int ReportCommand::run(std::ostream& out, std::ostream& err) const {
             for (const std::string& w : block.warnings) err << "warning: " << w << "\n";
             try {
                 StructureReport report(block);
-                if (json_)
-                    entry["blocks"].push_back(block_json(report));
-                else
+                if (json_) {
+                    json b = block_json(report);
+                    if (expand_) b["hbond_network"] = network_json(expand_hbond_network(CifImport::crystal_maker(report)));
+                    entry["blocks"].push_back(b);
+                } else {
                     block_text(out, report);
+                    if (expand_) network_text(out, expand_hbond_network(CifImport::crystal_maker(report)));
+                }
             } catch (const std::exception& e) {
                 const std::string line = CifError(file, block.line, e.what()).what();
                 err << "warning: " << line << " (block skipped)\n";
