@@ -23,7 +23,7 @@ TEST(Mol2Writer, NumbersAtomsAcrossMoleculesAndKeepsNamesOneToken) {
     EXPECT_NE(text.find("      1 Na1          5.0000     5.0000     5.0000 "), std::string::npos) << text;
     EXPECT_NE(text.find("      3 H_1  "), std::string::npos) << text;
     EXPECT_NE(text.find("@<TRIPOS>BOND\n     1     2     3 1\n     2     2     4 1\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("     2 MOL2           2 GROUP 0 **** **** 0\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("     2 MOL2          2 GROUP 0 **** **** 0\n"), std::string::npos) << text;
     EXPECT_THROW(Mol2Writer::write_file("/nonexistent/dir/x.mol2", "x", crystal), std::runtime_error);
 }
 
