@@ -143,6 +143,8 @@ private:
     /// What the replicated lists hold, so that an equal molecule or contact
     /// is found without a scan of them.
     struct ReplicationIndex;
+    /// The filtered base contacts of the active criteria, calculated first if need be.
+    vector_HMolecularContact active_base_contacts() const;
     void replicate_base_contact(const HMolecule& m, const MolecularContact& c, const Cell& cell,
                                 vector_HMolecularContact& contacts, vector_HMolecule& molecules,
                                 ReplicationIndex& index) const;

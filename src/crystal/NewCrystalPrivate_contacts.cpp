@@ -205,6 +205,14 @@ struct NewCrystalPrivate::ReplicationIndex {
     std::map<std::array<double, 4>, std::vector<std::size_t> > molecules;
     std::vector<std::size_t> unkeyed;  // molecules without a first sited atom: always candidates
 
+    /// Indexes what the list holds already.
+    explicit ReplicationIndex(const vector_HMolecule& list) {
+        for (std::size_t k = 0; k < list.size(); ++k) enter(*list[k], k);
+    }
+    void enter(const Molecule& m, std::size_t k) {
+        std::array<double, 4> key;
+        (key_of(m, key) ? molecules[key] : unkeyed).push_back(k);
+    }
     static bool key_of(const Molecule& m, std::array<double, 4>& key) {
         if (m.natoms() == 0 || !m.atom(0)->has_site()) return false;
         const Point p = m.atom(0)->site()->orth();
@@ -230,14 +238,13 @@ struct NewCrystalPrivate::ReplicationIndex {
         std::sort(candidates.begin(), candidates.end());
         for (std::size_t k : candidates)
             if (*list[k] == *m) return list[k];
-        (keyed ? molecules[key] : unkeyed).push_back(list.size());
+        enter(*m, list.size());
         list.push_back(m);
         return m;
     }
 };
 
-void NewCrystalPrivate::replicate_base_contacts(const HCrystal& crystal, vector_HMolecularContact& contacts,
-                                                vector_HMolecule& molecules) const {
+vector_HMolecularContact NewCrystalPrivate::active_base_contacts() const {
     calculate_base_contacts();
     vector_HMolecularContact filtered;
     for (const auto& entry : criteria_) {
@@ -245,46 +252,40 @@ void NewCrystalPrivate::replicate_base_contacts(const HCrystal& crystal, vector_
         const vector_HMolecularContact kept = filter_contacts(*entry.second->contacts);
         filtered.insert(filtered.end(), kept.begin(), kept.end());
     }
-    if (filtered.empty()) return;
-    ReplicationIndex index;
-    for (const HMolecule& m : molecules) index.find_or_add(m, molecules);
+    return filtered;
+}
+
+void NewCrystalPrivate::replicate_base_contacts(const HCrystal& crystal, vector_HMolecularContact& contacts,
+                                                vector_HMolecule& molecules) const {
+    const vector_HMolecularContact base = active_base_contacts();
+    if (base.empty()) return;
+    ReplicationIndex index(molecules);
     for (const HMolecule& m : *crystal->molecules())
-        for (const HMolecularContact& c : filtered)
-            replicate_base_contact(m, *c, crystal->cell(), contacts, molecules, index);
+        for (const HMolecularContact& c : base) replicate_base_contact(m, *c, crystal->cell(), contacts, molecules, index);
 }
 
 void NewCrystalPrivate::replicate_base_contacts(const HMolecule& m, const Cell& cell,
                                                 vector_HMolecularContact& contacts,
                                                 vector_HMolecule& molecules) const {
-    calculate_base_contacts();
-    ReplicationIndex index;
-    for (const HMolecule& x : molecules) index.find_or_add(x, molecules);
-    for (const auto& entry : criteria_) {
-        if (!entry.second->active || entry.second->contacts.unhand() == nullptr) continue;
-        for (const HMolecularContact& c : filter_contacts(*entry.second->contacts))
-            replicate_base_contact(m, *c, cell, contacts, molecules, index);
-    }
+    ReplicationIndex index(molecules);
+    for (const HMolecularContact& c : active_base_contacts())
+        replicate_base_contact(m, *c, cell, contacts, molecules, index);
 }
 
 void NewCrystalPrivate::replicate_base_contacts(const HMolecule& m, const std::vector<int>& atoms, const Cell& cell,
                                                 vector_HMolecularContact& contacts,
                                                 vector_HMolecule& molecules) const {
-    calculate_base_contacts();
-    ReplicationIndex index;
-    for (const HMolecule& x : molecules) index.find_or_add(x, molecules);
-    for (const auto& entry : criteria_) {
-        if (!entry.second->active || entry.second->contacts.unhand() == nullptr) continue;
-        for (const HMolecularContact& c : filter_contacts(*entry.second->contacts)) {
-            const int from = c->atom_from();
-            if (std::find(atoms.begin(), atoms.end(), from) == atoms.end()) continue;
-            if (from < 0 || from >= m->natoms() || from >= c->molecule_from()->natoms()) continue;
-            HAtom base = c->molecule_from()->atom(from);
-            HAtom shown = m->atom(from);
-            if (!base->has_site() || !shown->has_site() ||
-                !cell.is_symmetry_related(base->site()->frac(), shown->site()->frac(), relation_tolerance))
-                continue;
-            replicate_base_contact(m, *c, cell, contacts, molecules, index);
-        }
+    ReplicationIndex index(molecules);
+    for (const HMolecularContact& c : active_base_contacts()) {
+        const int from = c->atom_from();
+        if (std::find(atoms.begin(), atoms.end(), from) == atoms.end()) continue;
+        if (from < 0 || from >= m->natoms() || from >= c->molecule_from()->natoms()) continue;
+        HAtom base = c->molecule_from()->atom(from);
+        HAtom shown = m->atom(from);
+        if (!base->has_site() || !shown->has_site() ||
+            !cell.is_symmetry_related(base->site()->frac(), shown->site()->frac(), relation_tolerance))
+            continue;
+        replicate_base_contact(m, *c, cell, contacts, molecules, index);
     }
 }
 
