@@ -25,7 +25,25 @@ public:
     mutable int calls = 0;
 };
 
-// The lattice translations between shown atoms of one tag, whole numbers only.
+// Whether a contact is expandable, by a walk over all shown contacts: it
+// joins two molecules and no contact runs back from its to atom to its from
+// atom. The view finds reverse contacts through a grid; this is the plain rule.
+bool expandable_by_scan(const NewCrystal& crystal, const MolecularContact& c) {
+    if (!c.intermolecular()) return false;
+    const Point from = c.molecule_from()->atom(c.atom_from())->site()->orth();
+    const Point to = c.molecule_to()->atom(c.atom_to())->site()->orth();
+    for (const HMolecularContact& r : *crystal.contacts())
+        if (equals(r->molecule_to()->atom(r->atom_to())->site()->orth(), from, 1e-04) &&
+            equals(r->molecule_from()->atom(r->atom_from())->site()->orth(), to, 1e-04))
+            return false;
+    return true;
+}
+
+void expect_expandable_as_scanned(const NewCrystal& crystal) {
+    for (const HMolecularContact& c : *crystal.contacts())
+        EXPECT_EQ(crystal.expandable(c), expandable_by_scan(crystal, *c));
+}
+
 int nfull(const Crystal& c) { return c.nmolecules() - testing::nhanging(c); }
 
 TEST(NewCrystalContacts, CriteriaShowHangingAtomsAndKeepTheirBaseContactsCached) {
@@ -82,6 +100,18 @@ TEST(NewCrystalContacts, CriteriaShowHangingAtomsAndKeepTheirBaseContactsCached)
     EXPECT_EQ(crystal.contacts()->size(), 0u);
     crystal.set_contact_criterion(criterion);
     EXPECT_EQ(crystal.contact_criteria(), std::vector<HContactCriterion>{criterion});
+
+    // Atoms whose labels end in "?" are suppressed: a molecule of nothing
+    // else gives no contacts and takes none.
+    const Cell cell = testing::box_cell(10, 11, 12, molcryst_test::p_1bar());
+    NewCrystal suppressed(
+        testing::maker_of(cell, {testing::at_frac(cell, "O O1? 0.1 0.05 0.05; C C1? 0.22 0.05 0.05", "O1?-C1?")}));
+    suppressed.add_contact_criterion(criterion);
+    EXPECT_EQ(suppressed.contacts()->size(), 0u);
+    NewCrystal partly(
+        testing::maker_of(cell, {testing::at_frac(cell, "O O1 0.1 0.05 0.05; C C1? 0.22 0.05 0.05", "O1-C1?")}));
+    partly.add_contact_criterion(criterion);
+    EXPECT_EQ(partly.contacts()->size(), 1u);
 }
 
 TEST(NewCrystalContacts, ContactsAreReplicatedOntoEveryMoleculeShownAndFilteredByDistance) {
@@ -104,6 +134,7 @@ TEST(NewCrystalContacts, ContactsAreReplicatedOntoEveryMoleculeShownAndFilteredB
         expandable += crystal.expandable(c) ? 1 : 0;
     }
     EXPECT_EQ(expandable, 2);
+    expect_expandable_as_scanned(crystal);
 
     double base_min, base_max, base_min_vdw, base_max_vdw, min, max, min_vdw, max_vdw;
     crystal.calculate_contact_extremities(base_min, base_max, base_min_vdw, base_max_vdw, min, max, min_vdw, max_vdw);
@@ -145,6 +176,7 @@ TEST(NewCrystalContacts, ExpandingAContactGrowsOneNeighbourWithItsOwnContacts) {
     EXPECT_TRUE(crystal.expand_all_contacts());
     EXPECT_EQ(observer.count, 2);
     EXPECT_EQ(nfull(*crystal.crystal_snapshot()), 4);
+    expect_expandable_as_scanned(crystal);
 
     // Hanging contacts deleted: only contacts between whole molecules stay.
     EXPECT_TRUE(crystal.delete_hanging_contacts());
