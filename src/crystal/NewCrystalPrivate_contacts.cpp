@@ -199,35 +199,73 @@ vector_HMolecularContact NewCrystalPrivate::filter_contacts(const vector_HMolecu
     return kept;
 }
 
-// The hanging atoms made so far by position, for the "an equal molecule is
-// used instead" rule: molecules equal by operator== have equal sites.
+// What the replicated lists hold, by exact position: molecules equal by
+// operator== have equal sites, so an equal hanging atom is looked for only
+// among those whose first atom stands at the same orthogonal point; and two
+// contacts are equal only if their anchors stand at the same two points
+// (between molecules), or if they share anchors and an equal from molecule
+// (one within a molecule, one between). Everything else is compared with
+// every entry, so the answers are those of a walk over the lists.
 struct NewCrystalPrivate::ReplicationIndex {
-    std::map<std::array<double, 4>, std::vector<std::size_t> > molecules;
-    std::vector<std::size_t> unkeyed;  // molecules without a first sited atom: always candidates
+    typedef std::array<double, 4> Place;  // orthogonal point and a count
+    std::map<Place, std::vector<std::size_t> > molecules;
+    std::vector<std::size_t> unkeyed_molecules;
+    std::map<std::array<double, 6>, std::vector<std::size_t> > between;  // by the two anchor points, ordered
+    std::map<std::array<double, 6>, std::vector<std::size_t> > anchored;  // by from molecule and anchors
+    std::vector<std::size_t> unkeyed_contacts;
 
-    /// Indexes what the list holds already.
-    explicit ReplicationIndex(const vector_HMolecule& list) {
+    /// Indexes what the lists hold already.
+    ReplicationIndex(const vector_HMolecule& list, const vector_HMolecularContact& contacts) {
         for (std::size_t k = 0; k < list.size(); ++k) enter(*list[k], k);
+        for (std::size_t k = 0; k < contacts.size(); ++k) enter(*contacts[k], k);
     }
-    void enter(const Molecule& m, std::size_t k) {
-        std::array<double, 4> key;
-        (key_of(m, key) ? molecules[key] : unkeyed).push_back(k);
-    }
-    static bool key_of(const Molecule& m, std::array<double, 4>& key) {
-        if (m.natoms() == 0 || !m.atom(0)->has_site()) return false;
-        const Point p = m.atom(0)->site()->orth();
+
+    static bool finite_place(const Point& p, double count, Place& key) {
         for (int i = 0; i < 3; ++i) {
             if (!std::isfinite(p[i])) return false;
             key[static_cast<std::size_t>(i)] = p[i] + 0.0;  // -0 and +0 compare equal
         }
-        key[3] = m.natoms();
+        key[3] = count;
         return true;
     }
+    static bool key_of(const Molecule& m, Place& key) {
+        return m.natoms() > 0 && m.atom(0)->has_site() && finite_place(m.atom(0)->site()->orth(), m.natoms(), key);
+    }
+    static bool between_key(const MolecularContact& c, std::array<double, 6>& key) {
+        Point p, q;
+        Place a, b;
+        if (!from_point(c, p) || !to_point(c, q) || !finite_place(p, 0, a) || !finite_place(q, 0, b)) return false;
+        if (b < a) std::swap(a, b);
+        key = {{a[0], a[1], a[2], b[0], b[1], b[2]}};
+        return true;
+    }
+    static bool anchored_key(const MolecularContact& c, std::array<double, 6>& key) {
+        Place m;
+        if (c.molecule_from().unhand() == nullptr || !key_of(*c.molecule_from(), m)) return false;
+        key = {{m[0], m[1], m[2], m[3], static_cast<double>(std::min(c.atom_from(), c.atom_to())),
+                static_cast<double>(std::max(c.atom_from(), c.atom_to()))}};
+        return true;
+    }
+
+    void enter(const Molecule& m, std::size_t k) {
+        Place key;
+        (key_of(m, key) ? molecules[key] : unkeyed_molecules).push_back(k);
+    }
+    void enter(const MolecularContact& c, std::size_t k) {
+        std::array<double, 6> b, a;
+        const bool inter = c.intermolecular();
+        if ((inter && !between_key(c, b)) || !anchored_key(c, a)) {
+            unkeyed_contacts.push_back(k);
+            return;
+        }
+        if (inter) between[b].push_back(k);
+        anchored[a].push_back(k);
+    }
+
     HMolecule find_or_add(const HMolecule& m, vector_HMolecule& list) {
-        std::array<double, 4> key;
-        const bool keyed = key_of(*m, key);
-        std::vector<std::size_t> candidates = unkeyed;
-        if (keyed) {
+        Place key;
+        std::vector<std::size_t> candidates = unkeyed_molecules;
+        if (key_of(*m, key)) {
             auto found = molecules.find(key);
             if (found != molecules.end())
                 candidates.insert(candidates.end(), found->second.begin(), found->second.end());
@@ -235,12 +273,33 @@ struct NewCrystalPrivate::ReplicationIndex {
             candidates.resize(list.size());
             for (std::size_t k = 0; k < list.size(); ++k) candidates[k] = k;
         }
-        std::sort(candidates.begin(), candidates.end());
+        std::sort(candidates.begin(), candidates.end());  // the first equal one in list order
         for (std::size_t k : candidates)
             if (*list[k] == *m) return list[k];
         enter(*m, list.size());
         list.push_back(m);
         return m;
+    }
+
+    /// Appends `c` unless an equal contact is there.
+    void add_unless_present(const HMolecularContact& c, vector_HMolecularContact& contacts) {
+        std::array<double, 6> b, a;
+        std::vector<std::size_t> candidates = unkeyed_contacts;
+        const bool inter = c->intermolecular();
+        if ((inter && !between_key(*c, b)) || !anchored_key(*c, a)) {
+            candidates.resize(contacts.size());
+            for (std::size_t k = 0; k < contacts.size(); ++k) candidates[k] = k;
+        } else {
+            for (auto* grid : {inter ? &between : nullptr, &anchored}) {
+                if (grid == nullptr) continue;
+                auto found = grid->find(grid == &between ? b : a);
+                if (found != grid->end()) candidates.insert(candidates.end(), found->second.begin(), found->second.end());
+            }
+        }
+        for (std::size_t k : candidates)
+            if (*contacts[k] == *c) return;
+        enter(*c, contacts.size());
+        contacts.push_back(c);
     }
 };
 
@@ -259,7 +318,7 @@ void NewCrystalPrivate::replicate_base_contacts(const HCrystal& crystal, vector_
                                                 vector_HMolecule& molecules) const {
     const vector_HMolecularContact base = active_base_contacts();
     if (base.empty()) return;
-    ReplicationIndex index(molecules);
+    ReplicationIndex index(molecules, contacts);
     for (const HMolecule& m : *crystal->molecules())
         for (const HMolecularContact& c : base) replicate_base_contact(m, *c, crystal->cell(), contacts, molecules, index);
 }
@@ -267,7 +326,7 @@ void NewCrystalPrivate::replicate_base_contacts(const HCrystal& crystal, vector_
 void NewCrystalPrivate::replicate_base_contacts(const HMolecule& m, const Cell& cell,
                                                 vector_HMolecularContact& contacts,
                                                 vector_HMolecule& molecules) const {
-    ReplicationIndex index(molecules);
+    ReplicationIndex index(molecules, contacts);
     for (const HMolecularContact& c : active_base_contacts())
         replicate_base_contact(m, *c, cell, contacts, molecules, index);
 }
@@ -275,7 +334,7 @@ void NewCrystalPrivate::replicate_base_contacts(const HMolecule& m, const Cell& 
 void NewCrystalPrivate::replicate_base_contacts(const HMolecule& m, const std::vector<int>& atoms, const Cell& cell,
                                                 vector_HMolecularContact& contacts,
                                                 vector_HMolecule& molecules) const {
-    ReplicationIndex index(molecules);
+    ReplicationIndex index(molecules, contacts);
     for (const HMolecularContact& c : active_base_contacts()) {
         const int from = c->atom_from();
         if (std::find(atoms.begin(), atoms.end(), from) == atoms.end()) continue;
@@ -302,10 +361,7 @@ void NewCrystalPrivate::replicate_base_contact(const HMolecule& m, const Molecul
     if (t.unhand() == nullptr) return;
     HMolecule to = m;
     if (c.intermolecular()) to = index.find_or_add(c.molecule_to()->create_molecule(*t, cell), molecules);
-    HMolecularContact n(new MolecularContact(m, from, to, c.atom_to(), c.type()));
-    for (const HMolecularContact& x : contacts)
-        if (*x == *n) return;
-    contacts.push_back(n);
+    index.add_unless_present(HMolecularContact(new MolecularContact(m, from, to, c.atom_to(), c.type())), contacts);
 }
 
 void NewCrystalPrivate::add_contact(const HMolecularContact& c) {

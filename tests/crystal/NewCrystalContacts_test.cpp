@@ -66,6 +66,14 @@ TEST(NewCrystalContacts, CriteriaShowHangingAtomsAndKeepTheirBaseContactsCached)
     EXPECT_TRUE(crystal.expandable());
     const int calls = criterion->calls;
     EXPECT_GT(calls, 0);
+    // A second criterion that finds the same contacts adds none: equal
+    // contacts are shown once.
+    const HContactCriterion twin = testing::oxygen_contacts(3.0);
+    crystal.add_contact_criterion(twin);
+    EXPECT_EQ(crystal.ncontact_criteria(), 2);
+    EXPECT_EQ(crystal.contacts()->size(), 1u);
+    crystal.remove_contact_criterion(twin);
+    EXPECT_EQ(observer.count, 1);
 
     // Added twice: one entry. Removed: no contacts, the cache kept.
     crystal.add_contact_criterion(criterion);
