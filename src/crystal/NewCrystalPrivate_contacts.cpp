@@ -468,6 +468,12 @@ bool NewCrystalPrivate::expandable(const HMolecule& m) const { return expandable
 bool NewCrystalPrivate::expandable() const { return expandable(vector_HMolecularContact(*contacts())); }
 
 bool NewCrystalPrivate::expand_contact(const HMolecularContact& c) {
+    // Expansion never throws, not even for a contact that was never set up.
+    if (c.unhand() == nullptr || c->molecule_from().unhand() == nullptr || c->molecule_to().unhand() == nullptr) {
+        TARNLog::start_error_line() << "NewCrystalPrivate::expand_contact - No such base molecule";
+        TARNLog::end_error_line();
+        return false;
+    }
     calculate_base_contacts();
     if (!expandable(c)) return false;
     MOLCRYST_DEBUG_LINE(2, "NewCrystalPrivate::expand_contact expanding contact at "
