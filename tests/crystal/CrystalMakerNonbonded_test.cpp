@@ -115,7 +115,7 @@ TEST(CrystalMakerNonbonded, RegionSearchFindsWhatEveryImageOfAWideBoxGives) {
             const std::vector<std::string> expected = walk_all_images(*maker, i, 0.5, reach);
             EXPECT_EQ(sorted_contacts(*fill, true), expected) << "reach " << reach << " molecule " << i;
             if (reach > 4) {
-                EXPECT_GT(expected.size(), 3u);
+                EXPECT_GE(expected.size(), 3u);
             }
             // The central molecule comes first, whole in its sited atoms.
             EXPECT_EQ(fill->molecule(0)->natoms(), maker->molecule(i)->natoms());
