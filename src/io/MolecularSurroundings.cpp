@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <set>
 #include <tuple>
 
 #include "molcryst/contact/HBondCriterion.h"
@@ -18,9 +19,22 @@ namespace {
 const double place_tolerance = 1e-04;
 
 struct Placement {
-    int op = -1;
+    int op = -1;  // -1: not an image of the base, or the central molecule itself
     Vector<int, 3> lattice;
 };
+
+// Whether `image` stands where `central` does: an atom of one within
+// 0.05 A of the atom of the same tag in the other. Coordinates of sites on
+// symmetry elements given to four decimals put the molecule's own images
+// that close, never a neighbour.
+bool overlaps(const Molecule& central, const Molecule& image) {
+    for (int a = 0; a < image.natoms(); ++a)
+        for (int b = 0; b < central.natoms(); ++b)
+            if (image.atom(a)->symmtag() == central.atom(b)->symmtag() &&
+                distance(image.atom(a)->site()->orth(), central.atom(b)->site()->orth()) < 0.05)
+                return true;
+    return false;
+}
 
 // Whether `image` is `base` moved by operator `op` and `lattice`: every atom
 // of the image on the image of an atom of the base with the same tag.
@@ -86,6 +100,10 @@ std::vector<std::vector<MolecularSurroundings::Neighbour> > MolecularSurrounding
         const std::vector<int> atoms_i = central->atoms_with_sites();
         std::map<std::tuple<int, int, int, int, int>, Neighbour> found;
         for (int which = 0; which < 2; ++which) {
+            // Each pair of atoms once: where a molecule on a symmetry element
+            // comes back as a whole image and as a piece of another, the
+            // piece's atoms stand on places the whole image holds already.
+            std::set<std::tuple<int, long long, long long, long long> > seen;
             for (int j = 0; j < static_cast<int>(rows.size()); ++j) {
                 const HMolecule base = (*list)[static_cast<std::size_t>(j)];
                 const HCrystal crystal =
@@ -99,8 +117,18 @@ std::vector<std::vector<MolecularSurroundings::Neighbour> > MolecularSurrounding
                     const HMolecule& image = from_central ? c->molecule_to() : c->molecule_from();
                     const int near = from_central ? c->atom_from() : c->atom_to();
                     const int far = from_central ? c->atom_to() : c->atom_from();
+                    const Point& there = image->atom(far)->site()->orth();
+                    if (!seen.insert(std::make_tuple(near, std::llround(there[0] * 1e4), std::llround(there[1] * 1e4),
+                                                     std::llround(there[2] * 1e4)))
+                             .second)
+                        continue;
                     auto p = placed.find(image.unhand());
-                    if (p == placed.end()) p = placed.emplace(image.unhand(), placement_of(cell, *base, *image)).first;
+                    if (p == placed.end())
+                        p = placed
+                                .emplace(image.unhand(), j == i && overlaps(*central, *image)
+                                                             ? Placement()
+                                                             : placement_of(cell, *base, *image))
+                                .first;
                     if (p->second.op < 0) continue;
                     const Vector<int, 3>& t = p->second.lattice;
                     Neighbour& n = found[std::make_tuple(j, p->second.op, t[0], t[1], t[2])];
