@@ -57,10 +57,14 @@ bool dative_donor(const Molecule& m, int donor) {
     const int nheavy = m.atom_nconnections_nonhydrogen(donor);
     if (nheavy == 1) return true;
     bool simple = true;
-    for (int n : *m.atom_connections_nonhydrogen(donor))
+    // The lists are held by name: a range-for over *handle() would outlive
+    // the temporary handle that owns the list.
+    const Hvector_int heavy = m.atom_connections_nonhydrogen(donor);
+    for (int n : *heavy)
         if (unsaturated(bond_type(m, donor, n))) simple = false;
     if (!simple) return false;
-    for (int n : *m.atom_connections_nonmetal(donor)) {
+    const Hvector_int nonmetals = m.atom_connections_nonmetal(donor);
+    for (int n : *nonmetals) {
         std::vector<int> beyond = *m.atom_connections_nonhydrogen(n);
         beyond.erase(std::remove(beyond.begin(), beyond.end(), donor), beyond.end());
         if (beyond.empty()) return true;
@@ -317,7 +321,8 @@ int bondsum_calculation(THandle<Molecule> molecule, int atom, int valence) {
     const Molecule& m = *molecule;
     const Element element = m.atom(atom)->element();
     float sum = 0.0f;
-    for (int j : *m.atom_connections(atom)) {
+    const Hvector_int neighbours = m.atom_connections(atom);
+    for (int j : *neighbours) {
         const BondType type = bond_type(m, atom, j);
         float contribution = 0.0f;
         switch (type) {
@@ -368,7 +373,8 @@ int calculate_hydrogens(THandle<Molecule> molecule, int atom) {
     const Element element = m.atom(atom)->element();
     const int z = element.atomic_number();
     if (z == 0) throw std::runtime_error("Calculate hydrogens::Unknown element found");
-    for (int j : *m.atom_connections(atom))
+    const Hvector_int neighbours = m.atom_connections(atom);
+    for (int j : *neighbours)
         if (bond_type(m, atom, j) == UNKNOWN_BOND)
             throw std::runtime_error("Calculate hydrogens::Unknown bond type found");
     if (!element.non_metal()) return 0;
@@ -540,7 +546,8 @@ Hvector_HMolecule create_molecules(std::vector<HAtom>& atoms, const std::vector<
         graph.add_edge(HBond(new Bond3d(b->type())), graph.node(static_cast<unsigned int>(b->atom1())),
                        graph.node(static_cast<unsigned int>(b->atom2())));
     Hvector_HMolecule molecules(new vector_HMolecule());
-    for (const auto& part : *graph.split()) molecules->push_back(HMolecule(new Molecule3d(*part)));
+    const auto parts = graph.split();
+    for (const auto& part : *parts) molecules->push_back(HMolecule(new Molecule3d(*part)));
     return molecules;
 }
 
