@@ -579,7 +579,8 @@ Hvector_HMolecule create_molecules(std::vector<HAtom>& atoms, const std::vector<
         graph.add_edge(HBond(new Bond3d(b->type())), graph.node(static_cast<unsigned int>(b->atom1())),
                        graph.node(static_cast<unsigned int>(b->atom2())));
     Hvector_HMolecule molecules(new vector_HMolecule());
-    for (const auto& part : *graph.split()) molecules->push_back(HMolecule(new Molecule3d(*part)));
+    const auto parts = graph.split();
+    for (const auto& part : *parts) molecules->push_back(HMolecule(new Molecule3d(*part)));
     return molecules;
 }
 
