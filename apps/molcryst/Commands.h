@@ -15,8 +15,10 @@ class App;
 namespace molcryst {
 namespace app {
 
-/// molcryst report [--json] FILE...: cell, symmetry, molecules, bonds and
-/// hydrogen bonds of every structure in the files.
+/// molcryst report [--json] [--add-hydrogens] [--surroundings] FILE...:
+/// cell, symmetry, molecules, bonds and hydrogen bonds of every structure in
+/// the files; optionally with the missing hydrogens added first, and each
+/// molecule's neighbours.
 class ReportCommand {
 public:
     explicit ReportCommand(CLI::App& parent);
@@ -27,6 +29,8 @@ private:
     CLI::App* command_;
     std::vector<std::string> files_;
     bool json_ = false;
+    bool add_hydrogens_ = false;
+    bool surroundings_ = false;
     bool expand_ = false;  // --expand: the hydrogen-bonded network grown from the asymmetric unit
 };
 

@@ -57,10 +57,13 @@ bool dative_donor(const Molecule& m, int donor) {
     const int nheavy = m.atom_nconnections_nonhydrogen(donor);
     if (nheavy == 1) return true;
     bool simple = true;
-    for (int n : *m.atom_connections_nonhydrogen(donor))
+    // Each list is held by its handle: a loop over the temporary would dangle.
+    const Hvector_int heavy = m.atom_connections_nonhydrogen(donor);
+    for (int n : *heavy)
         if (unsaturated(bond_type(m, donor, n))) simple = false;
     if (!simple) return false;
-    for (int n : *m.atom_connections_nonmetal(donor)) {
+    const Hvector_int nonmetal = m.atom_connections_nonmetal(donor);
+    for (int n : *nonmetal) {
         std::vector<int> beyond = *m.atom_connections_nonhydrogen(n);
         beyond.erase(std::remove(beyond.begin(), beyond.end(), donor), beyond.end());
         if (beyond.empty()) return true;
@@ -317,7 +320,8 @@ int bondsum_calculation(THandle<Molecule> molecule, int atom, int valence) {
     const Molecule& m = *molecule;
     const Element element = m.atom(atom)->element();
     float sum = 0.0f;
-    for (int j : *m.atom_connections(atom)) {
+    const Hvector_int around = m.atom_connections(atom);
+    for (int j : *around) {
         const BondType type = bond_type(m, atom, j);
         float contribution = 0.0f;
         switch (type) {
@@ -368,7 +372,8 @@ int calculate_hydrogens(THandle<Molecule> molecule, int atom) {
     const Element element = m.atom(atom)->element();
     const int z = element.atomic_number();
     if (z == 0) throw std::runtime_error("Calculate hydrogens::Unknown element found");
-    for (int j : *m.atom_connections(atom))
+    const Hvector_int around = m.atom_connections(atom);
+    for (int j : *around)
         if (bond_type(m, atom, j) == UNKNOWN_BOND)
             throw std::runtime_error("Calculate hydrogens::Unknown bond type found");
     if (!element.non_metal()) return 0;
@@ -390,7 +395,6 @@ int calculate_hydrogens(THandle<Molecule> molecule, int atom) {
         case 8: {
             // An oxygen on nothing but one metal by a single bond is a water
             // ligand. The first listed neighbour decides the bond type.
-            const Hvector_int around = m.atom_connections(atom);
             if (m.atom_nconnections_nonhydrogen(atom) == 1 && m.atom_nconnections_metal(atom) == 1 &&
                 bond_type(m, atom, around->front()) == SINGLE_BOND)
                 return bondsum_calculation(molecule, atom, 3);
@@ -436,11 +440,17 @@ int nhydrogens(THandle<Molecule> molecule) {
     return total;
 }
 
-void add_hydrogens_with_sites(THandle<CrystalMaker> maker, THandle<Molecule> molecule, int atom, int count) {
+namespace {
+
+// The largest symmetry tag of the maker's atoms, -1 for a maker without
+// atoms; `holds` tells whether `molecule` is one of its molecules.
+int largest_tag(const CrystalMaker& maker, const Molecule* molecule, bool& holds) {
     bool seen = false;
     int tag = -1;
-    for (const Hvector_HMolecule* list : {&maker->molecules(), &maker->molecules2d(), &maker->molecules3d()}) {
+    holds = false;
+    for (const Hvector_HMolecule* list : {&maker.molecules(), &maker.molecules2d(), &maker.molecules3d()}) {
         for (const HMolecule& m : **list) {
+            holds = holds || m.unhand() == molecule;
             const int n = m->natoms();
             for (int k = 0; k < n; ++k) {
                 const int t = m->atom(k)->symmtag();
@@ -449,15 +459,44 @@ void add_hydrogens_with_sites(THandle<CrystalMaker> maker, THandle<Molecule> mol
             }
         }
     }
+    return tag;
+}
+
+// Adds and places the hydrogens of one atom; `tag` is the last tag given.
+void add_placed_hydrogens(const Cell& cell, THandle<Molecule> molecule, int atom, int count, int& tag) {
     add_hydrogens(molecule, atom, count);
     const HAtom parent = molecule->atom(atom);
     std::vector<HAtom> hydrogens;
     for (const HAtom& n : parent->neighbours())
         if (n->element().atomic_number() == 1) hydrogens.push_back(n);
     if (!parent->has_site()) return;
-    generate_hydrogen_sites(maker->cell(), molecule, atom);
+    generate_hydrogen_sites(cell, molecule, atom);
     for (const HAtom& h : hydrogens)
         if (h->symmtag() == -1) h->set_symmtag(++tag);
+}
+
+}  // namespace
+
+void add_hydrogens_with_sites(THandle<CrystalMaker> maker, THandle<Molecule> molecule, int atom, int count) {
+    bool holds = false;
+    int tag = largest_tag(*maker, molecule.unhand(), holds);
+    add_placed_hydrogens(maker->cell(), molecule, atom, count, tag);
+}
+
+void add_hydrogens_with_sites(THandle<CrystalMaker> maker, THandle<Molecule> molecule, const std::vector<int>& atoms,
+                              const std::vector<int>& counts) {
+    if (atoms.size() != counts.size())
+        throw std::invalid_argument(
+            "add_hydrogens_with_sites(HCrystalMaker, HMolecule, atoms, counts) the lists differ in length");
+    bool holds = false;
+    const int first = largest_tag(*maker, molecule.unhand(), holds);
+    int tag = first;
+    for (std::size_t k = 0; k < atoms.size(); ++k) {
+        // One call at a time reads the tags afresh: they go on from the new
+        // hydrogens only when the molecule is one of the maker's.
+        if (!holds) tag = first;
+        add_placed_hydrogens(maker->cell(), molecule, atoms[k], counts[k], tag);
+    }
 }
 
 void generate_hydrogen_sites(const Cell& cell, THandle<Molecule> molecule) {
@@ -540,7 +579,8 @@ Hvector_HMolecule create_molecules(std::vector<HAtom>& atoms, const std::vector<
         graph.add_edge(HBond(new Bond3d(b->type())), graph.node(static_cast<unsigned int>(b->atom1())),
                        graph.node(static_cast<unsigned int>(b->atom2())));
     Hvector_HMolecule molecules(new vector_HMolecule());
-    for (const auto& part : *graph.split()) molecules->push_back(HMolecule(new Molecule3d(*part)));
+    const auto parts = graph.split();
+    for (const auto& part : *parts) molecules->push_back(HMolecule(new Molecule3d(*part)));
     return molecules;
 }
 
