@@ -18,12 +18,12 @@ using namespace molcryst;
 namespace {
 
 const char* const networks[] = {
-    "cod-4343118-ba-dhtp-mof.cif",                      // a metal-organic framework
-    "cod-4504659-5-fluorocytosine-hydrate.cif",         // a hydrate, 3D network
-    "cod-2224635-melaminium-phosphate-hydrate.cif",     // a salt hydrate, 3D network
-    "cod-2204271-co-glycine-chloride-polymer.cif",      // a polymeric salt
+    "cod-4343118-ba-dhtp-mof.cif",                         // a metal-organic framework
+    "cod-4504659-5-fluorocytosine-hydrate.cif",            // a hydrate, 3D network
+    "cod-2224635-melaminium-phosphate-hydrate.cif",        // a salt hydrate, 3D network
+    "cod-2204271-co-glycine-chloride-polymer.cif",         // a polymeric salt
     "cod-1000000-pentanediammonium-aluminophosphate.cif",  // a layered framework salt
-    "cod-8102326-cr-phen-aqua-chloride.cif",            // a finite cluster
+    "cod-8102326-cr-phen-aqua-chloride.cif",               // a finite cluster
 };
 
 HCrystalMaker maker_of(const std::string& file) {

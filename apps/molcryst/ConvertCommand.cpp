@@ -1,6 +1,5 @@
 // molcryst convert: the asymmetric unit, or a packed box, as a mol2 file.
 #include <CLI/CLI.hpp>
-
 #include <fstream>
 #include <iostream>
 

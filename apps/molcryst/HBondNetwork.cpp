@@ -100,9 +100,7 @@ HBondNetwork expand_hbond_network(const HCrystalMaker& maker) {
     }
     // Of all repeats found, the shortest that are independent: a basis of
     // the directions in which the network is polymeric.
-    auto length = [&](const Vector<int, 3>& v) {
-        return cell.orthogonal(Point(Vector<double, 3>(v))).length();
-    };
+    auto length = [&](const Vector<int, 3>& v) { return cell.orthogonal(Point(Vector<double, 3>(v))).length(); };
     std::stable_sort(network.directions.begin(), network.directions.end(),
                      [&](const Vector<int, 3>& a, const Vector<int, 3>& b) { return length(a) < length(b); });
     std::vector<Vector<int, 3> > basis;

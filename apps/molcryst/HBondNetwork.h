@@ -15,11 +15,11 @@ namespace molcryst {
 namespace app {
 
 struct HBondNetwork {
-    int molecules = 0;  // whole molecules reached, hanging atoms not counted
-    int contacts = 0;   // hydrogen bonds shown
-    int open = 0;       // contacts left unexpanded because the network repeats there
+    int molecules = 0;                        // whole molecules reached, hanging atoms not counted
+    int contacts = 0;                         // hydrogen bonds shown
+    int open = 0;                             // contacts left unexpanded because the network repeats there
     std::vector<Vector<int, 3> > directions;  // lattice vectors of the repeats, first non-zero entry positive
-    int dimensions = 0;  // how many independent directions: 0 finite, 3 a framework
+    int dimensions = 0;                       // how many independent directions: 0 finite, 3 a framework
 };
 
 /// Expands the maker's asymmetric unit along its hydrogen bonds; the maker

@@ -1,6 +1,5 @@
 // molcryst pack: the molecules whose centroids fall in a box of whole cells.
 #include <CLI/CLI.hpp>
-
 #include <iomanip>
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -40,8 +39,8 @@ int PackCommand::run(std::ostream& out, std::ostream& err) const {
                               {"centroids", centroids}});
             continue;
         }
-        out << "data_" << p.name << ": box " << box_[0] << " x " << box_[1] << " x " << box_[2] << " cells: "
-            << c.nmolecules() << " molecules, " << c.natoms() << " atoms, " << c.nbonds() << " bonds\n";
+        out << "data_" << p.name << ": box " << box_[0] << " x " << box_[1] << " x " << box_[2]
+            << " cells: " << c.nmolecules() << " molecules, " << c.natoms() << " atoms, " << c.nbonds() << " bonds\n";
         out << "  #  atoms  centroid (fractional)\n" << std::fixed << std::setprecision(4);
         for (int k = 0; k < c.nmolecules(); ++k)
             out << "  " << k + 1 << "  " << c.molecule(k)->natoms() << "  " << centroids[k][0].get<double>() << " "

@@ -1,7 +1,6 @@
 #include "PackedPicture.h"
 
 #include <CLI/CLI.hpp>
-
 #include <ostream>
 
 #include "molcryst/crystal/NewCrystal.h"

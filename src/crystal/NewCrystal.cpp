@@ -185,7 +185,8 @@ void NewCrystal::add_hydrogens(HAtom atom, int n) {
 void NewCrystal::remove(HAtom atom) {
     HAtom base = private_->base_atom(atom);
     if (base.unhand() == nullptr)
-        throw std::invalid_argument("NewCrystal::remove(HAtom): atom is not related to any of the atoms in this crystal");
+        throw std::invalid_argument(
+            "NewCrystal::remove(HAtom): atom is not related to any of the atoms in this crystal");
     private_->crystal_maker_->remove(base);
     notify_crystal_maker_changed();
 }
@@ -193,7 +194,8 @@ void NewCrystal::remove(HAtom atom) {
 void NewCrystal::remove(HBond bond) {
     HBond base = private_->base_bond(bond);
     if (base.unhand() == nullptr)
-        throw std::invalid_argument("NewCrystal::remove(HBond): bond is not related to any of the bonds in this crystal");
+        throw std::invalid_argument(
+            "NewCrystal::remove(HBond): bond is not related to any of the bonds in this crystal");
     private_->crystal_maker_->remove(base);
     notify_crystal_maker_changed();
 }

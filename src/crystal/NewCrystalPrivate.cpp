@@ -97,8 +97,7 @@ void NewCrystalPrivate::validate(int level) const {
             if (c->molecule_to().unhand() != nullptr && c->molecule_to()->natoms() != 1) {
                 TARNLog::start_error_line() << "NewCrystalPrivate::validate: 'to' molecule at "
                                             << static_cast<const void*>(c->molecule_to().unhand())
-                                            << " should have exactly one atom: it has "
-                                            << c->molecule_to()->natoms();
+                                            << " should have exactly one atom: it has " << c->molecule_to()->natoms();
                 TARNLog::end_error_line();
             }
         }
@@ -136,8 +135,8 @@ HCrystal NewCrystalPrivate::slicing_snapshot() const {
         const Plane plane(slicing_plane_.normal(), slicing_plane_.distance() + slicing_displacement_);
         // The slab is cut within the packing box, not through all space.
         THandle<TransformedSolid> slab(new OrthogonalSolid(THandle<Solid>(new Slab(plane, slicing_thickness_))));
-        THandle<TransformedSolid> box(new FractionalSolid(THandle<Solid>(
-            new Box(CrystalMakerHelpers::expand_packing_box(cell, packing_box_edge, packing_box_)))));
+        THandle<TransformedSolid> box(new FractionalSolid(
+            THandle<Solid>(new Box(CrystalMakerHelpers::expand_packing_box(cell, packing_box_edge, packing_box_)))));
         const TransformedSolidComposite region(slab, box);
         slicing_snapshot_ = crystal_maker_->create_crystal(IfCentroidIncluded<HAtom>(), region);
         slicing_snapshot_valid_ = true;

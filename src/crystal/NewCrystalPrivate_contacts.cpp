@@ -159,7 +159,8 @@ Hvector_HMolecularContact NewCrystalPrivate::calculate_base_contacts(const Conta
     const int n = crystal_maker_->nmolecules();
     for (int i = 0; i < n; ++i) {
         if (contains_suppressed_atoms(*crystal_maker_->molecule(i))) {
-            MOLCRYST_DEBUG_LINE(2, "NewCrystalPrivate::calculate_base_contacts Skipping contacts to 'suppressed' atoms");
+            MOLCRYST_DEBUG_LINE(2,
+                                "NewCrystalPrivate::calculate_base_contacts Skipping contacts to 'suppressed' atoms");
             continue;
         }
         const Crystal fill(*crystal_maker_->create_nonbonded_fill(i, criterion));  // deep: contacts of our own
@@ -187,8 +188,8 @@ bool NewCrystalPrivate::filter_contact(const MolecularContact& c) const {
     Point p, q;
     if (!from_point(c, p) || !to_point(c, q)) return false;
     const double d = (q - p).length();
-    const double n = contact_filter_->normalisation_factor(*c.molecule_from(), c.atom_from(), *c.molecule_to(),
-                                                           c.atom_to());
+    const double n =
+        contact_filter_->normalisation_factor(*c.molecule_from(), c.atom_from(), *c.molecule_to(), c.atom_to());
     return contact_filter_->min_tolerance() <= d - n && d - n <= contact_filter_->max_tolerance();
 }
 
@@ -210,7 +211,7 @@ struct NewCrystalPrivate::ReplicationIndex {
     typedef std::array<double, 4> Place;  // orthogonal point and a count
     std::map<Place, std::vector<std::size_t> > molecules;
     std::vector<std::size_t> unkeyed_molecules;
-    std::map<std::array<double, 6>, std::vector<std::size_t> > between;  // by the two anchor points, ordered
+    std::map<std::array<double, 6>, std::vector<std::size_t> > between;   // by the two anchor points, ordered
     std::map<std::array<double, 6>, std::vector<std::size_t> > anchored;  // by from molecule and anchors
     std::vector<std::size_t> unkeyed_contacts;
 
@@ -293,7 +294,8 @@ struct NewCrystalPrivate::ReplicationIndex {
             for (auto* grid : {inter ? &between : nullptr, &anchored}) {
                 if (grid == nullptr) continue;
                 auto found = grid->find(grid == &between ? b : a);
-                if (found != grid->end()) candidates.insert(candidates.end(), found->second.begin(), found->second.end());
+                if (found != grid->end())
+                    candidates.insert(candidates.end(), found->second.begin(), found->second.end());
             }
         }
         for (std::size_t k : candidates)
@@ -320,20 +322,19 @@ void NewCrystalPrivate::replicate_base_contacts(const HCrystal& crystal, vector_
     if (base.empty()) return;
     ReplicationIndex index(molecules, contacts);
     for (const HMolecule& m : *crystal->molecules())
-        for (const HMolecularContact& c : base) replicate_base_contact(m, *c, crystal->cell(), contacts, molecules, index);
+        for (const HMolecularContact& c : base)
+            replicate_base_contact(m, *c, crystal->cell(), contacts, molecules, index);
 }
 
 void NewCrystalPrivate::replicate_base_contacts(const HMolecule& m, const Cell& cell,
-                                                vector_HMolecularContact& contacts,
-                                                vector_HMolecule& molecules) const {
+                                                vector_HMolecularContact& contacts, vector_HMolecule& molecules) const {
     ReplicationIndex index(molecules, contacts);
     for (const HMolecularContact& c : active_base_contacts())
         replicate_base_contact(m, *c, cell, contacts, molecules, index);
 }
 
 void NewCrystalPrivate::replicate_base_contacts(const HMolecule& m, const std::vector<int>& atoms, const Cell& cell,
-                                                vector_HMolecularContact& contacts,
-                                                vector_HMolecule& molecules) const {
+                                                vector_HMolecularContact& contacts, vector_HMolecule& molecules) const {
     ReplicationIndex index(molecules, contacts);
     for (const HMolecularContact& c : active_base_contacts()) {
         const int from = c->atom_from();
@@ -414,8 +415,8 @@ void NewCrystalPrivate::calculate_contact_extremities(const vector_HMolecularCon
         Point p, q;
         if (!from_point(*c, p) || !to_point(*c, q)) continue;
         const double d = (q - p).length();
-        const double vdw = d - vdw_radius(c->molecule_from(), c->atom_from()) -
-                           vdw_radius(c->molecule_to(), c->atom_to());
+        const double vdw =
+            d - vdw_radius(c->molecule_from(), c->atom_from()) - vdw_radius(c->molecule_to(), c->atom_to());
         min = std::min(min, d);
         max = std::max(max, d);
         min_vdw = std::min(min_vdw, vdw);
@@ -463,7 +464,9 @@ bool NewCrystalPrivate::expandable(const vector_HMolecularContact& contacts) con
     return false;
 }
 
-bool NewCrystalPrivate::expandable(const HMolecule& m, const HAtom& atom) const { return expandable(contacts(m, atom)); }
+bool NewCrystalPrivate::expandable(const HMolecule& m, const HAtom& atom) const {
+    return expandable(contacts(m, atom));
+}
 bool NewCrystalPrivate::expandable(const HMolecule& m) const { return expandable(contacts(m)); }
 bool NewCrystalPrivate::expandable() const { return expandable(vector_HMolecularContact(*contacts())); }
 
@@ -476,8 +479,8 @@ bool NewCrystalPrivate::expand_contact(const HMolecularContact& c) {
     }
     calculate_base_contacts();
     if (!expandable(c)) return false;
-    MOLCRYST_DEBUG_LINE(2, "NewCrystalPrivate::expand_contact expanding contact at "
-                               << static_cast<const void*>(c.unhand()));
+    MOLCRYST_DEBUG_LINE(
+        2, "NewCrystalPrivate::expand_contact expanding contact at " << static_cast<const void*>(c.unhand()));
     const int from = c->atom_from();
     const int to = c->atom_to();
     if (from < 0 || from >= c->molecule_from()->natoms()) {
@@ -520,8 +523,9 @@ bool NewCrystalPrivate::expand_contact(const HMolecularContact& c) {
     const Point to_in_base = cell.orthogonal(t1->inverse().apply(to_atom->site()->frac()));
     const double symm_dist = (to_in_base - base->atom(from)->site()->orth()).length();
     if (std::fabs(symm_dist - base_dist) >= 0.0001) {
-        std::cout << "discrepancy in distance " << "  symm_dist-base_dist = " << symm_dist - base_dist
-                  << "  base_dist = " << base_dist << "  symm_dist = " << symm_dist << std::endl;
+        std::cout << "discrepancy in distance "
+                  << "  symm_dist-base_dist = " << symm_dist - base_dist << "  base_dist = " << base_dist
+                  << "  symm_dist = " << symm_dist << std::endl;
     }
 
     // The molecule that holds the to atom's tag: the last one that has it wins.
@@ -631,8 +635,8 @@ bool NewCrystalPrivate::expand_fully() {
             queue.push_back(x);
             queued[x] = true;
         }
-        MOLCRYST_DEBUG_LINE(2, "NewCrystal::expand_fully - Finished this contact - contacts left in queue = "
-                                   << queue.size());
+        MOLCRYST_DEBUG_LINE(
+            2, "NewCrystal::expand_fully - Finished this contact - contacts left in queue = " << queue.size());
     }
     return changed;
 }

@@ -59,15 +59,16 @@ void Mol2Writer::write(std::ostream& out, const std::string& name, const Crystal
     out << "@<TRIPOS>SUBSTRUCTURE\n";
     first = 1;
     for (int k = 0; k < nmolecules; ++k) {
-        out << std::setw(6) << k + 1 << " " << std::left << std::setw(8) << "MOL" + std::to_string(k + 1)
-            << std::right << std::setw(7) << first << " GROUP 0 **** **** 0\n";
+        out << std::setw(6) << k + 1 << " " << std::left << std::setw(8) << "MOL" + std::to_string(k + 1) << std::right
+            << std::setw(7) << first << " GROUP 0 **** **** 0\n";
         first += crystal.molecule(k)->natoms();
     }
     const Cell& cell = crystal.cell();
-    out << "@<TRIPOS>CRYSIN\n" << std::setprecision(4) << std::setw(10) << cell.a() << std::setw(10) << cell.b()
-        << std::setw(10) << cell.c() << std::setw(10) << cell.alpha().degrees() << std::setw(10)
-        << cell.beta().degrees() << std::setw(10) << cell.gamma().degrees() << std::setw(6)
-        << std::max(1, cell.spacegroup().number()) << std::setw(6) << 1 << "\n";
+    out << "@<TRIPOS>CRYSIN\n"
+        << std::setprecision(4) << std::setw(10) << cell.a() << std::setw(10) << cell.b() << std::setw(10) << cell.c()
+        << std::setw(10) << cell.alpha().degrees() << std::setw(10) << cell.beta().degrees() << std::setw(10)
+        << cell.gamma().degrees() << std::setw(6) << std::max(1, cell.spacegroup().number()) << std::setw(6) << 1
+        << "\n";
 }
 
 void Mol2Writer::write_file(const std::string& path, const std::string& name, const Crystal& crystal) {

@@ -63,7 +63,7 @@ TEST(NetworkCommands, PackFillsABoxOfCells) {
             EXPECT_GE(c.at(k).get<double>(), 0.0);
             EXPECT_LE(c.at(k).get<double>(), 1.0);
         }
-    EXPECT_EQ(run("pack " + file).status, 2);                  // the box is required
+    EXPECT_EQ(run("pack " + file).status, 2);                   // the box is required
     EXPECT_EQ(run("pack " + file + " --box 1,0,1").status, 2);  // and positive
     EXPECT_EQ(run("pack " + file + " --box 1,1").status, 2);
     Outcome missing = run("pack /nonexistent/file.cif --box 1,1,1");

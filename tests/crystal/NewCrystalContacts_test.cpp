@@ -267,8 +267,9 @@ TEST(NewCrystalContacts, ExpansionFailuresReturnFalseAndLeaveThePictureAlone) {
     HMolecularContact bad(new MolecularContact(c->molecule_from(), 7, c->molecule_to(), 0, 2));
     EXPECT_EQ(testing::log_of(0, [&] { EXPECT_FALSE(crystal.expand_contact(bad)); }),
               "NewCrystalPrivate::expand_contact - Illegal symm_from_index 7\n");
-    EXPECT_EQ(testing::log_of(0, [&] { EXPECT_FALSE(crystal.expand_contact(HMolecularContact(new MolecularContact()))); }),
-              "NewCrystalPrivate::expand_contact - No such base molecule\n");
+    EXPECT_EQ(
+        testing::log_of(0, [&] { EXPECT_FALSE(crystal.expand_contact(HMolecularContact(new MolecularContact()))); }),
+        "NewCrystalPrivate::expand_contact - No such base molecule\n");
     // An intramolecular contact is never expandable.
     HMolecularContact inside(new MolecularContact(c->molecule_from(), 0, c->molecule_from(), 1, 2));
     EXPECT_FALSE(crystal.expandable(inside));

@@ -1,10 +1,11 @@
+#include "molcryst/crystal/NewCrystal.h"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 #include "common/ErrorText.h"
 #include "crystal/NewCrystalTestSupport.h"
-#include "molcryst/crystal/NewCrystal.h"
 #include "molcryst/molecule/Bond3d.h"
 #include "molcryst/molecule/Site.h"
 #include "molcryst/support/Archive.h"
@@ -120,7 +121,8 @@ TEST(NewCrystal, CopiesAreDeepAndKeepSettingsCriteriaAndObservers) {
     // The copy's contacts stand on the copy's molecules.
     for (const HMolecularContact& c : *copy.contacts()) {
         bool found = false;
-        for (const HMolecule& m : *copy.crystal_snapshot()->molecules()) found |= m.unhand() == c->molecule_from().unhand();
+        for (const HMolecule& m : *copy.crystal_snapshot()->molecules())
+            found |= m.unhand() == c->molecule_from().unhand();
         EXPECT_TRUE(found);
     }
 
@@ -181,7 +183,8 @@ TEST(NewCrystal, EditsOnImagesLandOnTheBaseStructureAndNotifyOnce) {
               "NewCrystal::remove(HBond): bond is not related to any of the bonds in this crystal");
     EXPECT_EQ(error_text<std::invalid_argument>([&] { crystal.set_bond_type(stranger->bond(0), SINGLE_BOND); }),
               "NewCrystal::set_bond_type(HBond, BondType): bond is not related to any of the bonds in this crystal");
-    EXPECT_EQ(error_text<std::invalid_argument>([&] { crystal.add(HBond(new Bond3d()), stranger->atom(0), stranger->atom(1)); }),
+    EXPECT_EQ(error_text<std::invalid_argument>(
+                  [&] { crystal.add(HBond(new Bond3d()), stranger->atom(0), stranger->atom(1)); }),
               "NewCrystal::add(HBond, HAtom, HAtom): atom1 is not related to any of the atoms in this crystal");
     EXPECT_EQ(observer.count, 2);
 
@@ -203,8 +206,10 @@ TEST(NewCrystal, BondsJoinAtomsOfOneImageOnlyAndHydrogensComeWithSites) {
     // Image 1 of C1 and image 0 of O1 are as far apart as nothing in the asymmetric unit.
     HAtom c_image, o_image, c_base, o_base;
     for (const HMolecule& m : *shown->molecules()) {
-        if (m->atom(0)->label() == "C1" && c_base.unhand() == nullptr) c_base = m->atom(0);
-        else if (m->atom(0)->label() == "C1") c_image = m->atom(0);
+        if (m->atom(0)->label() == "C1" && c_base.unhand() == nullptr)
+            c_base = m->atom(0);
+        else if (m->atom(0)->label() == "C1")
+            c_image = m->atom(0);
         if (m->atom(0)->label() == "O1" && o_base.unhand() == nullptr) o_base = m->atom(0);
     }
     EXPECT_EQ(error_text<std::invalid_argument>([&] { crystal.add(HBond(new Bond3d()), c_image, o_base); }),

@@ -1,8 +1,9 @@
+#include "molcryst/io/Mol2Writer.h"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "molcryst/io/Mol2Writer.h"
 #include "molecule/TestMolecules.h"
 
 namespace molcryst {

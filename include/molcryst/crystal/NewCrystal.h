@@ -148,9 +148,9 @@ public:
     /// Distance limits (plain, and less the van der Waals radii) over the
     /// base contacts of the active criteria and over the shown contacts;
     /// 1e10 and -1e10 when there are none.
-    void calculate_contact_extremities(double& base_min, double& base_max, double& base_min_vdw,
-                                       double& base_max_vdw, double& cur_min, double& cur_max,
-                                       double& cur_min_vdw, double& cur_max_vdw) const;
+    void calculate_contact_extremities(double& base_min, double& base_max, double& base_min_vdw, double& base_max_vdw,
+                                       double& cur_min, double& cur_max, double& cur_min_vdw,
+                                       double& cur_max_vdw) const;
 
     // Expansion. A contact is expandable when it joins two molecules and no
     // contact runs the other way: its to end is a hanging atom.
