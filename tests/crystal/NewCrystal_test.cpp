@@ -90,6 +90,16 @@ TEST(NewCrystal, SettingsRebuildThePictureOnceAndOnlyWhenTheyChange) {
 
     const Box box = crystal.box();
     EXPECT_EQ(box, crystal.crystal_snapshot()->molecule(0)->box());
+
+    // Every setting back where it started: the view equals a fresh one.
+    crystal.set_slicing_plane(Plane());
+    crystal.set_slicing_thickness(NewCrystal::default_slicing_thickness());
+    crystal.set_slicing_displacement(NewCrystal::default_slicing_displacement());
+    const NewCrystal fresh(HCrystalMaker(new CrystalMaker(*crystal.crystal_maker())));
+    EXPECT_EQ(testing::stdout_of([&] { EXPECT_TRUE(crystal == fresh); }), "");
+    crystal.set_packing(true);
+    EXPECT_EQ(testing::stdout_of([&] { EXPECT_FALSE(crystal == fresh); }),
+              "operator==(NewCrystal,NewCrystal): crystal_snapshot differs 4 1\n");
 }
 
 TEST(NewCrystal, PackingBoxTakesInACentroidUpToAThousandthOfAnAngstromBeyondItsFaces) {
