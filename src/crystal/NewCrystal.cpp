@@ -89,6 +89,8 @@ const Plane& NewCrystal::slicing_plane() const { return private_->slicing_plane_
 double NewCrystal::slicing_thickness() const { return private_->slicing_thickness_; }
 double NewCrystal::slicing_displacement() const { return private_->slicing_displacement_; }
 
+void NewCrystal::set_validation_level(int level) { NewCrystalPrivate::validation_level_ = level; }
+
 Box NewCrystal::default_packing_box() { return Box(Point(0, 0, 0), Point(1, 1, 1)); }
 double NewCrystal::default_slicing_thickness() { return 5; }
 double NewCrystal::default_slicing_displacement() { return 0; }

@@ -74,6 +74,12 @@ public:
     double slicing_thickness() const;     // Angstrom
     double slicing_displacement() const;  // Angstrom, added to the plane's distance
 
+    /// Levels 1 to 4 make every view check, after each change, that its
+    /// contacts stand on molecules of the picture, that hanging atoms have
+    /// one atom and that no molecule is shown twice; faults go to the error
+    /// log. 0, the default, checks nothing.
+    static void set_validation_level(int level);
+
     static Box default_packing_box();
     static double default_slicing_thickness();
     static double default_slicing_displacement();
