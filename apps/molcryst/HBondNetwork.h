@@ -14,6 +14,7 @@
 namespace molcryst {
 namespace app {
 
+/// How far the hydrogen bonds of a structure reach, and where they repeat.
 struct HBondNetwork {
     int molecules = 0;                        // whole molecules reached, hanging atoms not counted
     int contacts = 0;                         // hydrogen bonds shown

@@ -17,6 +17,7 @@ class Option;
 namespace molcryst {
 namespace app {
 
+/// One structure of a file and the picture shown of it.
 struct PackedPicture {
     std::string name;  // the data block's
     HCrystal crystal;

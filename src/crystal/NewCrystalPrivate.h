@@ -21,6 +21,7 @@ namespace molcryst {
 
 typedef THandle<CriterionSpecifics> HCriterionSpecifics;
 
+/// NewCrystal's settings, criteria and snapshots, and every operation on them.
 class NewCrystalPrivate {
 public:
     NewCrystalPrivate();

@@ -12,6 +12,7 @@
 
 namespace molcryst {
 
+/// Writes crystal pictures as Tripos mol2 text.
 class Mol2Writer {
 public:
     /// One MOLECULE record named `name` (blanks become underscores) holding
