@@ -15,8 +15,9 @@ class App;
 namespace molcryst {
 namespace app {
 
-/// molcryst report [--json] FILE...: cell, symmetry, molecules, bonds and
-/// hydrogen bonds of every structure in the files.
+/// molcryst report [--json] [--disorder-state N] FILE...: cell, symmetry,
+/// molecules, bonds, hydrogen bonds and disorder assemblies of every
+/// structure in the files, optionally in one disorder state.
 class ReportCommand {
 public:
     explicit ReportCommand(CLI::App& parent);
@@ -27,6 +28,7 @@ private:
     CLI::App* command_;
     std::vector<std::string> files_;
     bool json_ = false;
+    long long disorder_state_ = -1;  // the state to report in; -1 for the structure as deposited
 };
 
 }  // namespace app

@@ -72,19 +72,20 @@ std::vector<std::vector<double> > DisorderSelector::group_occupancies() const {
 
 std::vector<std::vector<int> > DisorderSelector::ordered_mapping() const {
     std::vector<std::vector<int> > order;
-    for (const std::vector<double>& occupancies : group_occupancies()) {
-        std::vector<int> groups(occupancies.size());
-        for (std::size_t g = 0; g < groups.size(); ++g) groups[g] = static_cast<int>(g);
-        // Falling occupancy, equal values in their given order; a NaN, which
-        // orders with nothing, goes last.
-        auto key = [&](int g) {
-            const double v = occupancies[static_cast<std::size_t>(g)];
-            return std::isnan(v) ? -std::numeric_limits<double>::infinity() : v;
-        };
-        std::stable_sort(groups.begin(), groups.end(), [&](int x, int y) { return key(x) > key(y); });
-        order.push_back(groups);
-    }
+    for (const std::vector<double>& occupancies : group_occupancies()) order.push_back(by_falling_occupancy(occupancies));
     return order;
+}
+
+std::vector<int> DisorderSelector::by_falling_occupancy(const std::vector<double>& occupancies) {
+    std::vector<int> groups(occupancies.size());
+    for (std::size_t g = 0; g < groups.size(); ++g) groups[g] = static_cast<int>(g);
+    // A NaN, which orders with nothing, goes last.
+    auto key = [&](int g) {
+        const double v = occupancies[static_cast<std::size_t>(g)];
+        return std::isnan(v) ? -std::numeric_limits<double>::infinity() : v;
+    };
+    std::stable_sort(groups.begin(), groups.end(), [&](int x, int y) { return key(x) > key(y); });
+    return groups;
 }
 
 std::vector<int> DisorderSelector::step(int i) const {

@@ -64,6 +64,9 @@ public:
     /// Per assembly, its group indices by falling occupancy; of equal
     /// occupancies the lower index first.
     std::vector<std::vector<int> > ordered_mapping() const;
+    /// The indices of `occupancies` by falling value, equal values in their
+    /// given order: the order of the groups of one assembly.
+    static std::vector<int> by_falling_occupancy(const std::vector<double>& occupancies);
     /// Per assembly, the group of the current state.
     vector_HAtomSiteMapping current_edit_data() const;
 
