@@ -130,7 +130,12 @@ TEST(DisorderSelector, StepsThroughAFragmentMostProbableFirstAndComesBackToTheOr
     // The bonds never change: only sites and labels do.
     EXPECT_EQ(bonds_of(*f.molecule), "C0-C1 C1-C2A C1-C3A C1-C4A");
 
+    // State 1 is the geometry the molecule was built with: every atom on its first site again.
     selector.set(1);
+    for (std::size_t k = 0; k < 3; ++k) {
+        EXPECT_EQ(f.methyls[k]->site(), (*(*f.mapping)[0])[0]->site(f.methyls[k]));
+        EXPECT_EQ(f.methyls[k]->label(), std::string("C") + static_cast<char>('2' + k) + "A");
+    }
     EXPECT_EQ(f.methyls[0]->site()->orth(), a_place);
     EXPECT_EQ(f.water->label(), "O5A");
     HDisorderState state = handle_dynamic_cast<DisorderState>(selector.current_edit());
