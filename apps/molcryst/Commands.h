@@ -15,9 +15,11 @@ class App;
 namespace molcryst {
 namespace app {
 
-/// molcryst report [--json] [--disorder-state N] FILE...: cell, symmetry,
-/// molecules, bonds, hydrogen bonds and disorder assemblies of every
-/// structure in the files, optionally in one disorder state.
+/// molcryst report [--json] [--add-hydrogens] [--surroundings]
+/// [--disorder-state N] FILE...: cell, symmetry, molecules, bonds,
+/// hydrogen bonds and disorder assemblies of every structure in the files;
+/// optionally with the missing hydrogens added first, each molecule's
+/// neighbours, and in one disorder state.
 class ReportCommand {
 public:
     explicit ReportCommand(CLI::App& parent);
@@ -28,6 +30,8 @@ private:
     CLI::App* command_;
     std::vector<std::string> files_;
     bool json_ = false;
+    bool add_hydrogens_ = false;
+    bool surroundings_ = false;
     long long disorder_state_ = -1;  // the state to report in; -1 for the structure as deposited
 };
 

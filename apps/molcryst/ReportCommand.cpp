@@ -5,12 +5,15 @@
 #include <cmath>
 #include <iomanip>
 #include <iostream>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "Commands.h"
 #include "molcryst/io/CifDisorder.h"
 #include "molcryst/io/CifReader.h"
+#include "molcryst/io/HydrogenCompletion.h"
+#include "molcryst/io/MolecularSurroundings.h"
 #include "molcryst/io/StructureReport.h"
 
 namespace molcryst {
@@ -43,7 +46,39 @@ std::string fixed(double value, int decimals) {
 
 const std::string& label(const CifBlock& block, int site) { return block.atoms[site].label; }
 
-json block_json(const StructureReport& report) {
+/// What the options add to a block's report; null when not asked for.
+struct Extras {
+    const std::vector<HydrogenCompletion::Added>* added = nullptr;
+    const std::vector<std::vector<MolecularSurroundings::Neighbour> >* surroundings = nullptr;
+};
+
+json surroundings_json(const CifBlock& block, const std::vector<MolecularSurroundings::Neighbour>& neighbours) {
+    json list = json::array();
+    for (const MolecularSurroundings::Neighbour& n : neighbours)
+        list.push_back({{"molecule", n.molecule},
+                        {"symmetry", n.symmetry},
+                        {"contacts", n.contacts},
+                        {"hbonds", n.hbonds},
+                        {"closest", {{"atom1", label(block, n.atom1)},
+                                     {"atom2", label(block, n.atom2)},
+                                     {"distance", rounded(n.distance, 4)}}}});
+    return list;
+}
+
+json added_json(const CifBlock& block, const std::vector<HydrogenCompletion::Added>& added) {
+    json list = json::array();
+    for (const HydrogenCompletion::Added& h : added) {
+        const CifAtomSite& a = block.atoms[static_cast<std::size_t>(h.site)];
+        list.push_back({{"label", a.label},
+                        {"parent", label(block, h.parent)},
+                        {"x", rounded(a.fract[0].value(), 5)},
+                        {"y", rounded(a.fract[1].value(), 5)},
+                        {"z", rounded(a.fract[2].value(), 5)}});
+    }
+    return list;
+}
+
+json block_json(const StructureReport& report, const Extras& extras) {
     const CifBlock& block = report.block();
     json b;
     b["name"] = block.name;
@@ -71,7 +106,8 @@ json block_json(const StructureReport& report) {
         b["z_prime"] = nullptr;
     }
     json molecules = json::array();
-    for (const StructureReport::MoleculeRow& m : report.molecules()) {
+    for (std::size_t c = 0; c < report.molecules().size(); ++c) {
+        const StructureReport::MoleculeRow& m = report.molecules()[c];
         json labels = json::array();
         for (int s : m.sites) labels.push_back(label(block, s));
         molecules.push_back({{"formula", m.formula},
@@ -80,6 +116,9 @@ json block_json(const StructureReport& report) {
                              {"special_position", m.special_position},
                              {"polymeric", m.polymeric},
                              {"sites", labels}});
+        if (extras.surroundings != nullptr)
+            molecules.back()["surroundings"] =
+                m.polymeric ? json(nullptr) : surroundings_json(block, (*extras.surroundings)[c]);
     }
     b["molecules"] = molecules;
     json bonds = json::array();
@@ -99,6 +138,7 @@ json block_json(const StructureReport& report) {
                           {"h_a", rounded(r.h_a, 4)},
                           {"angle", rounded(r.angle, 2)}});
     b["hbonds"] = hbonds;
+    if (extras.added != nullptr) b["added_hydrogens"] = added_json(block, *extras.added);
     b["warnings"] = block.warnings;
     return b;
 }
@@ -121,7 +161,7 @@ void table(std::ostream& out, const std::vector<std::vector<std::string> >& rows
     }
 }
 
-void block_text(std::ostream& out, const StructureReport& report) {
+void block_text(std::ostream& out, const StructureReport& report, const Extras& extras) {
     const CifBlock& block = report.block();
     const Spacegroup& sg = block.cell.spacegroup();
     out << "data_" << block.name << "\n";
@@ -152,6 +192,32 @@ void block_text(std::ostream& out, const StructureReport& report) {
         rows.push_back({label(block, r.donor), label(block, r.hydrogen), label(block, r.acceptor), r.symmetry,
                         fixed(r.d_a, 3), fixed(r.h_a, 3), fixed(r.angle, 1)});
     table(out, rows);
+    if (extras.added != nullptr) {
+        out << "added hydrogens: " << extras.added->size() << "\n";
+        rows.assign(1, {"label", "parent", "x", "y", "z"});
+        for (const HydrogenCompletion::Added& h : *extras.added) {
+            const CifAtomSite& a = block.atoms[static_cast<std::size_t>(h.site)];
+            rows.push_back({a.label, label(block, h.parent), fixed(a.fract[0].value(), 4), fixed(a.fract[1].value(), 4),
+                            fixed(a.fract[2].value(), 4)});
+        }
+        table(out, rows);
+    }
+    if (extras.surroundings != nullptr) {
+        for (std::size_t c = 0; c < report.molecules().size(); ++c) {
+            if (report.molecules()[c].polymeric) {
+                out << "surroundings of molecule " << c + 1 << ": none (polymeric)\n";
+                continue;
+            }
+            const std::vector<MolecularSurroundings::Neighbour>& list = (*extras.surroundings)[c];
+            out << "surroundings of molecule " << c + 1 << ": " << list.size() << " neighbours\n";
+            rows.assign(1, {"molecule", "symmetry", "contacts", "H-bonds", "closest", "distance"});
+            for (const MolecularSurroundings::Neighbour& n : list)
+                rows.push_back({std::to_string(n.molecule + 1), n.symmetry, std::to_string(n.contacts),
+                                std::to_string(n.hbonds), label(block, n.atom1) + "..." + label(block, n.atom2),
+                                fixed(n.distance, 3)});
+            table(out, rows);
+        }
+    }
 }
 
 /// The number of states as text, or "" when a long long cannot hold it.
@@ -231,6 +297,10 @@ ReportCommand::ReportCommand(CLI::App& parent) {
     command_ = parent.add_subcommand("report", "Report cell, symmetry, molecules, bonds and hydrogen bonds");
     command_->add_option("files", files_, "CIF files")->required();
     command_->add_flag("--json", json_, "Print one JSON document");
+    command_->add_flag("--add-hydrogens", add_hydrogens_,
+                       "Add the hydrogens each atom lacks, with sites, before bonds and hydrogen bonds are found");
+    command_->add_flag("--surroundings", surroundings_,
+                       "List each molecule's neighbours by van der Waals contacts and hydrogen bonds");
     command_->add_option("--disorder-state", disorder_state_,
                          "Report each structure in disorder state N (0, the most probable, first)")
         ->check(CLI::Validator(
@@ -270,13 +340,29 @@ int ReportCommand::run(std::ostream& out, std::ostream& err) const {
                 // The disorder as deposited; the report on the state asked for, if any.
                 const CifDisorder disorder(block);
                 const CifBlock stated = disorder_state_ >= 0 ? in_state(disorder, disorder_state_) : CifBlock();
-                StructureReport report(disorder_state_ >= 0 ? stated : block);
+                std::unique_ptr<StructureReport> report(new StructureReport(disorder_state_ >= 0 ? stated : block));
+                Extras extras;
+                std::vector<HydrogenCompletion::Added> added;
+                std::unique_ptr<CifBlock> completed;
+                if (add_hydrogens_) {
+                    std::vector<std::string> warnings;
+                    completed.reset(new CifBlock(HydrogenCompletion::complete(*report, file, added, warnings)));
+                    for (const std::string& w : warnings) err << "warning: " << w << "\n";
+                    completed->warnings.insert(completed->warnings.end(), warnings.begin(), warnings.end());
+                    report.reset(new StructureReport(*completed));
+                    extras.added = &added;
+                }
+                std::vector<std::vector<MolecularSurroundings::Neighbour> > surroundings;
+                if (surroundings_) {
+                    surroundings = MolecularSurroundings::of(*report);
+                    extras.surroundings = &surroundings;
+                }
                 if (json_) {
-                    json b = block_json(report);
+                    json b = block_json(*report, extras);
                     b["disorder"] = disorder_json(disorder, block, disorder_state_);
                     entry["blocks"].push_back(b);
                 } else {
-                    block_text(out, report);
+                    block_text(out, *report, extras);
                     disorder_text(out, disorder, block, disorder_state_);
                 }
             } catch (const std::exception& e) {

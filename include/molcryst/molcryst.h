@@ -89,6 +89,7 @@
 #include "molcryst/molecule/ProxyBond.h"
 #include "molcryst/molecule/MoleculeSubset.h"
 #include "molcryst/molecule/MoleculeAtomSiteIterator.h"
+#include "molcryst/molecule/MoleculeFunctions.h"
 
 // contact: records of non-bonded contacts and the criteria that find them
 #include "molcryst/contact/BasicContact.h"

@@ -125,3 +125,47 @@ TEST(Command, ListsDisorderAssembliesAndReportsAChosenState) {
     EXPECT_EQ(run("report --disorder-state -1 " + melaminium).status, 2);
     EXPECT_EQ(run("report --disorder-state x " + melaminium).status, 2);
 }
+
+TEST(Command, AddsMissingHydrogensAndListsEachMoleculesSurroundings) {
+    // Acetic acid without its hydrogens, as a dimer about the centre of P-1.
+    const std::string bare = ::testing::TempDir() + "molcryst_acid.cif";
+    std::ofstream(bare) << "data_acid\n_cell_length_a 10\n_cell_length_b 10\n_cell_length_c 10\n"
+                           "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n"
+                           "loop_\n_symmetry_equiv_pos_as_xyz\n'x, y, z'\n'-x, -y, -z'\n"
+                           "loop_\n_atom_site_label\n_atom_site_type_symbol\n_atom_site_fract_x\n"
+                           "_atom_site_fract_y\n_atom_site_fract_z\n_atom_site_U_iso_or_equiv\n"
+                           "C1 C 0.190 0.000 0.000 0.03\nO1 O 0.125 0.107 0.000 0.04\n"
+                           "O2 O 0.120 -0.110 0.000 0.04\nC2 C 0.340 0.000 0.000 0.05\n";
+    Outcome r = run("report --json --add-hydrogens --surroundings " + bare);
+    ASSERT_EQ(r.status, 0) << r.err;
+    const nlohmann::json block = nlohmann::json::parse(r.out).at("files").at(0).at("blocks").at(0);
+    const nlohmann::json& added = block.at("added_hydrogens");
+    ASSERT_EQ(added.size(), 4u);
+    EXPECT_EQ(added.at(0).at("label"), "H2");  // the hydroxyl, named after O2
+    EXPECT_EQ(added.at(0).at("parent"), "O2");
+    for (int k = 1; k < 4; ++k) EXPECT_EQ(added.at(k).at("parent"), "C2");
+    EXPECT_EQ(added.at(3).at("label"), "H2C");
+    for (const char* key : {"x", "y", "z"}) EXPECT_TRUE(added.at(0).contains(key)) << key;
+    EXPECT_EQ(block.at("molecules").at(0).at("formula"), "C2 H4 O2");
+    // The partner of the dimer is the molecule's image by the inversion.
+    const nlohmann::json& around = block.at("molecules").at(0).at("surroundings");
+    bool dimer = false;
+    for (const nlohmann::json& n : around) {
+        for (const char* key : {"molecule", "symmetry", "contacts", "hbonds", "closest"})
+            EXPECT_TRUE(n.contains(key)) << key;
+        if (n.at("symmetry") == "2") {
+            dimer = true;
+            EXPECT_EQ(n.at("molecule"), 0);
+            EXPECT_GT(n.at("contacts").get<int>(), 0);
+            EXPECT_LT(n.at("closest").at("distance").get<double>(), 2.7);
+        }
+    }
+    EXPECT_TRUE(dimer) << around.dump();
+    // Without the options the fields are absent; the text names both parts.
+    const nlohmann::json plain = nlohmann::json::parse(run("report --json " + bare).out);
+    EXPECT_FALSE(plain.at("files").at(0).at("blocks").at(0).contains("added_hydrogens"));
+    EXPECT_FALSE(plain.at("files").at(0).at("blocks").at(0).at("molecules").at(0).contains("surroundings"));
+    Outcome text = run("report --add-hydrogens --surroundings " + bare);
+    EXPECT_NE(text.out.find("added hydrogens: 4\n"), std::string::npos) << text.out;
+    EXPECT_NE(text.out.find("surroundings of molecule 1: "), std::string::npos) << text.out;
+}

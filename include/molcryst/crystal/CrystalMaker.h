@@ -19,6 +19,7 @@
 #ifndef MOLCRYST_CRYSTAL_CRYSTALMAKER_H
 #define MOLCRYST_CRYSTAL_CRYSTALMAKER_H
 
+#include <map>
 #include <ostream>
 #include <vector>
 
@@ -30,6 +31,7 @@
 namespace molcryst {
 
 class Archive;
+class ContactCriterion;
 class CrystalMaker;
 
 typedef THandle<CrystalMaker> HCrystalMaker;
@@ -172,12 +174,87 @@ public:
     HCrystal create_crystal(int i, const std::vector<int>& atoms, const SymmetryInclusionCondition<HAtom>& condition,
                             const TransformedSolid& solid) const;
 
+    // Non-bonded surroundings. Each builder answers which atoms of the
+    // crystal touch a molecule, or a group of its atoms, by a criterion, and
+    // returns a crystal holding the central molecule first, the surrounding
+    // matter and the contacts. The region searched is the bounding box of the
+    // central atoms widened by the criterion's max_radius(); only images with
+    // an atom inside it are generated, and molecules are cut down after the
+    // search. The criterion's ContactType decides whether images are looked
+    // at (intermolecular), the molecule itself (intramolecular), or both.
+    // None of them throws for an empty group: it gives an empty or nearly
+    // empty crystal.
+
+    /// The fill crystals of every current molecule merged into one.
+    HCrystal create_nonbonded_fill(const ContactCriterion& criterion) const;
+    /// All sited atoms of molecule `i`; with none, a crystal of that
+    /// molecule and no contacts.
+    HCrystal create_nonbonded_fill(int i, const ContactCriterion& criterion) const;
+    /// The group `atoms` of molecule `i` against the whole crystal: the
+    /// contacts within the molecule (unless intermolecular only), then the
+    /// pair crystal of every current molecule with a sited atom, its
+    /// molecules appended and its intermolecular contacts copied.
+    HCrystal create_nonbonded_fill(int i, const std::vector<int>& atoms, const ContactCriterion& criterion) const;
+    /// The group `atoms_i` of molecule `i` against the images of the group
+    /// `atoms_j` of molecule `j`: the central molecule, cut to the group and
+    /// its contact atoms, first, then each image cut to its contact atoms.
+    HCrystal create_nonbonded_fill(int i, const std::vector<int>& atoms_i, int j, const std::vector<int>& atoms_j,
+                                   const ContactCriterion& criterion) const;
+
+    /// As create_nonbonded_fill, with the crystals merged.
+    HCrystal create_nonbonded_molecule(const ContactCriterion& criterion) const;
+    HCrystal create_nonbonded_molecule(int i, const ContactCriterion& criterion) const;
+    /// As the fill form, merging the group crystal of each pair.
+    HCrystal create_nonbonded_molecule(int i, const std::vector<int>& atoms, const ContactCriterion& criterion) const;
+    /// The molecules in contact with the group, whole: the partner group is
+    /// closed under the partner's own symmetry, its images are whole
+    /// molecules, and the result holds the molecules some contact touches.
+    HCrystal create_nonbonded_molecule(int i, const std::vector<int>& atoms_i, int j,
+                                       const std::vector<int>& atoms_j, const ContactCriterion& criterion) const;
+    /// As the pair form of fill, with the partner group closed under the
+    /// partner's symmetry and the central molecule its sited copy.
+    HCrystal create_nonbonded_group(int i, const std::vector<int>& atoms_i, int j, const std::vector<int>& atoms_j,
+                                    const ContactCriterion& criterion) const;
+
+    /// A new list of one molecule: the sited part of molecule `i` as a copy.
+    /// `atoms` does not narrow it; the builders apply the group later.
+    Hvector_HMolecule init_nonbonded_search(int i, const std::vector<int>& atoms) const;
+    /// The contacts, in order, that the criterion's type admits: every one
+    /// for both types; else those whose to atom stands (fractional, 1e-07)
+    /// on a central point for intramolecular, and those that do not for
+    /// intermolecular.
+    Hvector_HMolecularContact prune_contacts(const std::vector<Point>& central_points,
+                                             const vector_HMolecularContact& contacts,
+                                             const ContactCriterion& criterion) const;
+    /// For each contact's to molecule, the atoms it touches in first-seen
+    /// order: the to atom alone, or the whole to group for a group contact
+    /// (type -1) or when `whole_groups` is set.
+    std::map<HMolecule, std::vector<int> > create_contact_atom_selections(const vector_HMolecularContact& contacts,
+                                                                           bool whole_groups) const;
+    /// The contacts carried over to the replacement molecules: each end found
+    /// again by symmetry tag and fractional point; a contact whose molecule
+    /// or anchor cannot be found is dropped.
+    Hvector_HMolecularContact update_contact_list(const vector_HMolecularContact& contacts,
+                                                  const std::map<HMolecule, HMolecule>& replaced) const;
+    /// The listed atoms of molecule `i` with every sited atom of that
+    /// molecule related to one of them by the cell's symmetry (1e-07), in
+    /// order of discovery.
+    std::vector<int> symmetrize_atom_indexes(int i, const std::vector<int>& atoms) const;
+
 private:
     // The list that add(m, s) appends to; std::invalid_argument for a bad value.
     Hvector_HMolecule& list_for(Selection s);
     // Appends to `out` the molecules made from the images of the atoms of `m`.
     void append_images(const HMolecule& m, const SymmetryInclusionCondition<HAtom>& condition,
                        const TransformedSolid& solid, bool all_atoms, vector_HMolecule& out) const;
+
+    // The third form of both builder families; `whole` merges the group
+    // crystal of each pair instead of appending the fill crystal.
+    HCrystal nonbonded_surroundings(int i, const std::vector<int>& atoms, const ContactCriterion& criterion,
+                                    bool whole) const;
+    // The pair form of fill, or with `closed_group` of create_nonbonded_group.
+    HCrystal nonbonded_pair(int i, const std::vector<int>& atoms_i, int j, const std::vector<int>& atoms_j,
+                            const ContactCriterion& criterion, bool closed_group) const;
 
     Cell cell_;
     Hvector_HMolecule current_molecules_;  // the view: handles of the lists below; never archived

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "molcryst/crystal/CrystalMaker.h"
+#include "molcryst/geometry/TransformedSolid.h"
 #include "molcryst/molecule/Bond.h"
 
 namespace molcryst {
@@ -45,6 +46,13 @@ Box expand_packing_box(const Cell& cell, double tolerance, const Box& box);
 /// whose centroid lies in the box widened by 0.001 Angstrom, each distinct
 /// centroid once, the first operator and translation owning it.
 HCrystal create_packed_crystal(const CrystalMaker& maker, const Box& box);
+
+/// The region searched around central atoms: the bounding box of the
+/// orthogonal images of `fractional_points`, widened on every side by
+/// `extent` + 1e-05, as an OrthogonalSolid. A non-finite extent throws
+/// std::invalid_argument, since it would ask for endless images.
+THandle<TransformedSolid> build_nonbonded_solid_region(const std::vector<Point>& fractional_points, const Cell& cell,
+                                                      double extent);
 
 /// True for an atom without a site.
 struct AtomSiteLess {

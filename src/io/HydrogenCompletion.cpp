@@ -1,0 +1,231 @@
+#include "molcryst/io/HydrogenCompletion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+#include <stdexcept>
+
+#include "molcryst/crystal/CrystalMaker.h"
+#include "molcryst/io/CifError.h"
+#include "molcryst/io/StructureReport.h"
+#include "molcryst/molecule/Molecule3d.h"
+#include "molcryst/molecule/MoleculeFunctions.h"
+#include "molcryst/molecule/Site.h"
+#include "molcryst/geometry/Plane.h"
+
+namespace molcryst {
+
+namespace {
+
+// Longest triple and double bond between two elements (atomic numbers, the
+// smaller first), Angstrom; pairs not listed are single.
+struct OrderLimits {
+    double triple, dbl;
+};
+
+const std::map<std::pair<int, int>, OrderLimits>& order_limits() {
+    static const std::map<std::pair<int, int>, OrderLimits> limits = {
+        {{6, 6}, {1.25, 1.37}},  {{6, 7}, {1.20, 1.30}}, {{6, 8}, {0.0, 1.28}},  {{6, 16}, {0.0, 1.70}},
+        {{7, 7}, {1.15, 1.30}},  {{7, 8}, {0.0, 1.28}},  {{8, 16}, {0.0, 1.50}}, {{8, 15}, {0.0, 1.53}},
+        {{6, 15}, {0.0, 1.67}},  {{7, 16}, {0.0, 1.58}}, {{8, 34}, {0.0, 1.66}}, {{6, 34}, {0.0, 1.84}}};
+    return limits;
+}
+
+// A ring that reads as aromatic from its geometry: flat within 0.1 A, every
+// atom with at most three neighbours, every bond short (up to 1.45 A between
+// C, N and O, 1.76 A to S), as no saturated ring is.
+bool flat_conjugated_ring(const std::set<HAtom>& ring) {
+    std::vector<Point> points;
+    for (const HAtom& a : ring) {
+        if (a->nbonds() > 3 || !a->has_site()) return false;
+        points.push_back(a->site()->orth());
+    }
+    const Plane plane(points);
+    for (const Point& p : points)
+        if (std::fabs(plane.signed_distance(p)) > 0.1) return false;
+    for (const HAtom& a : ring)
+        for (const HAtom& b : a->neighbours()) {
+            if (ring.count(b) == 0 || a.unhand() > b.unhand()) continue;
+            const bool sulphur = a->element().atomic_number() == 16 || b->element().atomic_number() == 16;
+            if (distance(a->site()->orth(), b->site()->orth()) > (sulphur ? 1.76 : 1.45)) return false;
+        }
+    return true;
+}
+
+std::string suffix_after_symbol(const std::string& label, const Element& e) {
+    const std::string& symbol = e.symbol();
+    if (label.size() >= symbol.size()) {
+        bool same = true;
+        for (std::size_t i = 0; i < symbol.size(); ++i)
+            same = same && std::toupper(static_cast<unsigned char>(label[i])) ==
+                               std::toupper(static_cast<unsigned char>(symbol[i]));
+        if (same) return label.substr(symbol.size());
+    }
+    return label;
+}
+
+// Labels "H<rest>", "H<rest>A", "H<rest>B", ... that no site has yet.
+std::vector<std::string> new_labels(const std::string& rest, int count, std::set<std::string>& taken) {
+    std::vector<std::string> labels;
+    if (count == 1 && taken.insert("H" + rest).second) {
+        labels.push_back("H" + rest);
+        return labels;
+    }
+    for (int k = 0; static_cast<int>(labels.size()) < count; ++k) {
+        std::string tail;
+        for (int n = k; ; n = n / 26 - 1) {  // A..Z, AA, AB, ...
+            tail.insert(tail.begin(), static_cast<char>('A' + n % 26));
+            if (n < 26) break;
+        }
+        if (taken.insert("H" + rest + tail).second) labels.push_back("H" + rest + tail);
+    }
+    return labels;
+}
+
+// The parent's isotropic displacement: Uiso, or the mean of the diagonal of Uaniso.
+double parent_u(const CifAtomSite& a) {
+    if (a.displacement == CifAtomSite::Uaniso)
+        return (a.u_aniso[0].value() + a.u_aniso[1].value() + a.u_aniso[2].value()) / 3.0;
+    if (a.displacement == CifAtomSite::NoDisplacement) return 0.0;
+    return a.u_iso.value();
+}
+
+
+}  // namespace
+
+void HydrogenCompletion::perceive_bond_orders(Molecule& molecule) {
+    const HMoleculeGraph graph = molecule.graph();
+    for (int b = 0; b < molecule.nbonds(); ++b) {
+        const HBond bond = molecule.bond(b);
+        const HAtom a = bond->atom1(), c = bond->atom2();
+        BondType type = SINGLE_BOND;
+        if (a->element().non_metal() && c->element().non_metal() && a->has_site() && c->has_site()) {
+            std::set<HAtom> ring;
+            const int size = bond->cyclic() ? graph->edge_smallest_ring(a, c, ring) : 0;
+            if ((size == 5 || size == 6) && flat_conjugated_ring(ring)) {
+                type = AROMATIC_BOND;
+            } else {
+                int za = a->element().atomic_number(), zc = c->element().atomic_number();
+                if (za > zc) std::swap(za, zc);
+                const auto limits = order_limits().find(std::make_pair(za, zc));
+                const double d = distance(a->site()->orth(), c->site()->orth());
+                if (limits != order_limits().end()) {
+                    if (d <= limits->second.triple)
+                        type = TRIPLE_BOND;
+                    else if (d <= limits->second.dbl)
+                        type = DOUBLE_BOND;
+                }
+            }
+        }
+        bond->set_type(type);
+    }
+}
+
+CifBlock HydrogenCompletion::complete(const StructureReport& report, const std::string& source,
+                                      std::vector<Added>& added, std::vector<std::string>& warnings) {
+    const CifBlock& block = report.block();
+    CifBlock result = block;
+    std::set<std::string> taken;
+    for (const CifAtomSite& a : block.atoms) taken.insert(a.label);
+    auto warn = [&](int site, const std::string& what) {
+        warnings.push_back(CifError(source, block.atoms[static_cast<std::size_t>(site)].line,
+                                    "no hydrogens added to " + block.atoms[static_cast<std::size_t>(site)].label + ": " +
+                                        what)
+                               .what());
+    };
+
+    // Each molecule whole, so that an atom sees its neighbours through
+    // symmetry; counting and placing happen there, on a copy.
+    const std::vector<HMolecule>& whole = report.whole_molecules();
+    Hvector_HMolecule copies(new vector_HMolecule());
+    for (const HMolecule& m : whole) copies->push_back(HMolecule(new Molecule3d(*m)));
+    HCrystalMaker maker(new CrystalMaker(block.cell, Hvector_HMolecule(), Hvector_HMolecule(), copies));
+    maker->select_3d();
+
+    // Bonds from each site, to know an image with every neighbour beside it.
+    std::vector<int> nbonds(block.atoms.size(), 0);
+    // A bond inside the asymmetric unit is listed once, one to an image from both ends.
+    for (const StructureReport::BondRow& r : report.bonds()) {
+        ++nbonds[static_cast<std::size_t>(r.atom1)];
+        const bool inside = block.cell.spacegroup().operators()[static_cast<std::size_t>(r.op)].is_identity() &&
+                            r.lattice[0] == 0 && r.lattice[1] == 0 && r.lattice[2] == 0;
+        if (inside) ++nbonds[static_cast<std::size_t>(r.atom2)];
+    }
+
+    for (std::size_t c = 0; c < copies->size(); ++c) {
+        const HMolecule m = (*copies)[c];
+        perceive_bond_orders(*m);
+        std::vector<int> parents, counts, sites;
+        for (int s : report.molecules()[c].sites) {
+            const CifAtomSite& site = block.atoms[static_cast<std::size_t>(s)];
+            const int z = site.element.atomic_number();
+            if (z <= 1) continue;
+            // A halogen bonded to nothing is a halide ion, charged or not as deposited.
+            if ((z == 9 || z == 17 || z == 35 || z == 53) && nbonds[static_cast<std::size_t>(s)] == 0) continue;
+            // The image of the site with all its neighbours, the deposited one first.
+            const Point deposited(site.fract[0].value(), site.fract[1].value(), site.fract[2].value());
+            int index = -1;
+            for (int k = 0; k < m->natoms(); ++k) {
+                const HAtom a = m->atom(k);
+                if (a->symmtag() != s || a->nbonds() != nbonds[static_cast<std::size_t>(s)]) continue;
+                if (index < 0 || equals(a->site()->frac(), deposited, 1e-06)) index = k;
+            }
+            if (index < 0) {
+                warn(s, "its neighbours are not all known");
+                continue;
+            }
+            int count = 0;
+            try {
+                count = calculate_hydrogens(m, index);
+            } catch (const std::runtime_error& e) {
+                warn(s, e.what());
+                continue;
+            }
+            if (count <= 0) continue;
+            if (report.on_special_position()[static_cast<std::size_t>(s)]) {
+                warn(s, "it lies on a special position");
+                continue;
+            }
+            parents.push_back(index);
+            counts.push_back(count);
+            sites.push_back(s);
+        }
+        int next = m->natoms();
+        add_hydrogens_with_sites(maker, m, parents, counts);
+        for (std::size_t p = 0; p < parents.size(); ++p) {
+            const CifAtomSite& site = block.atoms[static_cast<std::size_t>(sites[p])];
+            const Point deposited(site.fract[0].value(), site.fract[1].value(), site.fract[2].value());
+            // Back onto the deposited site: the relation that takes this
+            // image of the parent to the parent as deposited.
+            const THandle<CrystalSymmetryTransformation> back =
+                block.cell.symmetry_relation(m->atom(parents[p])->site()->frac(), deposited, 1e-05);
+            const std::vector<std::string> labels =
+                new_labels(suffix_after_symbol(site.label, site.element), counts[p], taken);
+            const bool methyl_or_oxygen = site.element.atomic_number() == 8 || counts[p] == 3;
+            const double u = parent_u(site);
+            for (int k = 0; k < counts[p]; ++k, ++next) {
+                CifAtomSite h;
+                h.label = labels[static_cast<std::size_t>(k)];
+                h.type_symbol = "H";
+                h.element = Element(Element::H);
+                const Point at = m->atom(next)->site()->frac();
+                const Point f = back.unhand() != nullptr ? Point(*back * at) : at;
+                for (int x = 0; x < 3; ++x) h.fract[static_cast<std::size_t>(x)] = f[x];
+                h.occupancy = site.occupancy;
+                if (u > 0.0) {
+                    h.displacement = CifAtomSite::Uiso;
+                    h.u_iso = (methyl_or_oxygen ? 1.5 : 1.2) * u;
+                }
+                h.disorder_assembly = site.disorder_assembly;
+                h.disorder_group = site.disorder_group;
+                h.line = site.line;
+                added.push_back(Added{static_cast<int>(result.atoms.size()), sites[p]});
+                result.atoms.push_back(h);
+            }
+        }
+    }
+    return result;
+}
+
+}  // namespace molcryst
