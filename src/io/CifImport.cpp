@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <stdexcept>
 
 #include "molcryst/io/StructureReport.h"
@@ -17,9 +18,12 @@ std::vector<ImportedStructure> import(const CifDocument& document, std::vector<s
     for (const CifBlock& block : document.blocks) {
         try {
             StructureReport report(block);
-            ImportedStructure structure{block.name, CifImport::crystal_maker(report), {}, {}};
-            structure.disorder =
-                CifImport::fold_disorder(block, report.asymmetric_molecules(), document.source, &structure.warnings);
+            std::vector<HMolecule> molecules = report.asymmetric_molecules();
+            ImportedStructure structure{block.name, HCrystalMaker(), {}, {}};
+            structure.disorder = CifImport::fold_disorder(block, molecules, document.source, &structure.warnings);
+            structure.crystal_maker = HCrystalMaker(new CrystalMaker(
+                block.cell, Hvector_HMolecule(), Hvector_HMolecule(), Hvector_HMolecule(new vector_HMolecule(molecules))));
+            structure.crystal_maker->select_3d();
             structures.push_back(structure);
         } catch (const std::runtime_error& e) {
             if (skipped != nullptr) skipped->push_back(CifError(document.source, block.line, e.what()).what());
@@ -73,14 +77,53 @@ Hvector_HAtomSiteMapping assembly_mapping(const std::map<int, std::vector<HAtom>
     return mapping;
 }
 
+/// For each molecule that is only a later group of one assembly whose first
+/// group lies in one other molecule, that molecule's index (its atoms handed
+/// over to it); -1 for the others.
+std::vector<int> fold_detached_groups(const CifBlock& block, const std::vector<HMolecule>& molecules,
+                                      std::vector<MoleculeDisorder>& disorder) {
+    std::map<std::string, int> first_group;                 // code -> lowest group number in the block
+    std::map<std::string, std::set<std::size_t> > holders;  // code -> molecules with atoms of that group
+    for (const CifAtomSite& site : block.atoms)
+        if (site.disorder_group != 0) {
+            auto found = first_group.emplace(site.disorder_assembly, site.disorder_group).first;
+            found->second = std::min(found->second, site.disorder_group);
+        }
+    for (std::size_t m = 0; m < molecules.size(); ++m)
+        for (const auto& assembly : disorder[m].groups)
+            if (assembly.second.count(first_group[assembly.first])) holders[assembly.first].insert(m);
+    std::vector<int> into(molecules.size(), -1);
+    for (std::size_t m = 0; m < molecules.size(); ++m) {
+        const MoleculeDisorder& d = disorder[m];
+        if (d.codes.size() != 1) continue;
+        const std::string& code = d.codes[0];
+        const std::map<int, std::vector<HAtom> >& groups = d.groups.at(code);
+        if (groups.size() != 1 || static_cast<int>(groups.begin()->second.size()) != molecules[m]->natoms()) continue;
+        const int group = groups.begin()->first;
+        if (group == first_group[code] || holders[code].size() != 1) continue;
+        const std::size_t target = *holders[code].begin();
+        std::vector<HAtom>& atoms = disorder[target].groups[code][group];
+        atoms.insert(atoms.end(), groups.begin()->second.begin(), groups.begin()->second.end());
+        std::stable_sort(atoms.begin(), atoms.end(),
+                         [](const HAtom& a, const HAtom& b) { return a->symmtag() < b->symmtag(); });
+        into[m] = static_cast<int>(target);
+    }
+    return into;
+}
+
 }  // namespace
 
-std::vector<HDisorderSelector> CifImport::fold_disorder(const CifBlock& block, const std::vector<HMolecule>& molecules,
+std::vector<HDisorderSelector> CifImport::fold_disorder(const CifBlock& block, std::vector<HMolecule>& molecules,
                                                         const std::string& source, std::vector<std::string>* warnings) {
-    std::vector<HDisorderSelector> selectors;
+    std::vector<MoleculeDisorder> disorder;
+    for (const HMolecule& molecule : molecules) disorder.push_back(disorder_of(block, *molecule));
+    const std::vector<int> into = fold_detached_groups(block, molecules, disorder);
+    std::vector<HDisorderSelector> selectors(molecules.size());
+    std::vector<std::set<std::string> > folded(molecules.size());  // assemblies that became selector groups
     for (std::size_t m = 0; m < molecules.size(); ++m) {
+        if (into[m] >= 0) continue;
         const HMolecule& molecule = molecules[m];
-        const MoleculeDisorder d = disorder_of(block, *molecule);
+        const MoleculeDisorder& d = disorder[m];
         Hvector_Hvector_HAtomSiteMapping mapping(new vector_Hvector_HAtomSiteMapping());
         std::vector<HAtom> alternatives;  // atoms of the groups folded into the first
         for (const std::string& code : d.codes) {
@@ -104,18 +147,26 @@ std::vector<HDisorderSelector> CifImport::fold_disorder(const CifBlock& block, c
                 continue;
             }
             mapping->push_back(assembly);
+            folded[m].insert(code);
             for (auto group = std::next(groups.begin()); group != groups.end(); ++group)
-                alternatives.insert(alternatives.end(), group->second.begin(), group->second.end());
+                for (const HAtom& atom : group->second)
+                    if (molecule->has_atom(atom)) alternatives.push_back(atom);
         }
-        if (mapping->empty()) {
-            selectors.push_back(HDisorderSelector());
-            continue;
-        }
+        if (mapping->empty()) continue;
         // The assemblies passed one by one and hold disjoint atoms, so together they pass too.
-        selectors.push_back(HDisorderSelector(new DisorderSelector(molecule, mapping)));
+        selectors[m] = HDisorderSelector(new DisorderSelector(molecule, mapping));
         molecule->remove_atoms(alternatives);
     }
-    return selectors;
+    // A molecule handed over leaves the list, unless its assembly stayed plain atoms.
+    std::vector<HMolecule> kept;
+    std::vector<HDisorderSelector> kept_selectors;
+    for (std::size_t m = 0; m < molecules.size(); ++m) {
+        if (into[m] >= 0 && folded[static_cast<std::size_t>(into[m])].count(disorder[m].codes[0])) continue;
+        kept.push_back(molecules[m]);
+        kept_selectors.push_back(selectors[m]);
+    }
+    molecules = kept;
+    return kept_selectors;
 }
 
 std::vector<ImportedStructure> CifImport::read_file(const std::string& path, std::vector<std::string>* skipped) {

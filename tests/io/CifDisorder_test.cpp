@@ -210,3 +210,39 @@ TEST(CifDisorder, OccupanciesOutOfRangeOrOverfullAreToldAndTheStructureKept) {
     EXPECT_NEAR(methanol.atom(1)->site()->frac()[1], 0.24, 1e-12);
     EXPECT_TRUE(skipped.empty());
 }
+
+TEST(CifImport, ASolventOverTwoSitesBecomesOneMoleculeWithTwoStates) {
+    // An ordered C-O pair, and a water bonded to nothing at two places 0.6 A apart.
+    const std::string text = structure(
+        "C1 C 0.10 0.10 0.10 1 . .\n"
+        "O1 O 0.24 0.10 0.10 1 . .\n"
+        "O9A O 0.60 0.60 0.60 0.6 S 1\n"
+        "H91A H 0.69 0.60 0.60 0.6 S 1\n"
+        "H92A H 0.58 0.69 0.60 0.6 S 1\n"
+        "O9B O 0.60 0.60 0.66 0.4 S 2\n"
+        "H91B H 0.69 0.60 0.66 0.4 S 2\n"
+        "H92B H 0.58 0.51 0.66 0.4 S 2\n");
+    std::vector<std::string> skipped;
+    const std::vector<ImportedStructure> imported = CifImport::read_text(text, "t.cif", &skipped);
+    ASSERT_EQ(imported.size(), 1u);
+    const vector_HMolecule& molecules = *imported[0].crystal_maker->molecules3d();
+    ASSERT_EQ(molecules.size(), 2u);  // the second water is the first one's alternative
+    ASSERT_EQ(imported[0].disorder.size(), 2u);
+    EXPECT_EQ(imported[0].disorder[0].unhand(), nullptr);
+    const HDisorderSelector& water = imported[0].disorder[1];
+    ASSERT_NE(water.unhand(), nullptr);
+    EXPECT_EQ(molecules[1]->natoms(), 3);
+    EXPECT_EQ(water->nsteps(), 2);
+    water->set(1);
+    const HAtom o = labelled(*molecules[1], "O9B");
+    ASSERT_NE(o.unhand(), nullptr);
+    EXPECT_NEAR(o->site()->frac()[2], 0.66, 1e-12);
+    EXPECT_NE(labelled(*molecules[1], "H92B").unhand(), nullptr);
+    water->start();
+    EXPECT_NEAR(o->site()->frac()[2], 0.60, 1e-12);
+    EXPECT_TRUE(imported[0].warnings.empty());
+    // The report keeps the two waters apart: no bond between the alternatives.
+    const StructureReport report(CifReader::read_text(text, "t.cif").blocks[0]);
+    EXPECT_EQ(report.molecules().size(), 3u);
+    EXPECT_EQ(report.bonds().size(), 5u);
+}

@@ -20,7 +20,7 @@ class StructureReport;
 /// deposited sites.
 ///
 /// Disorder: in each molecule the groups of a disorder assembly become the
-/// groups of a DisorderSelector. The molecule keeps the atoms of the group
+/// groups of a DisorderSelector (see fold_disorder). The molecule keeps the atoms of the group
 /// with the lowest number; every other group gives those atoms, paired in
 /// file order, its own sites and labels, and its atoms leave the molecule.
 struct ImportedStructure {
@@ -48,9 +48,11 @@ public:
     static HCrystalMaker crystal_maker(const StructureReport& report);
     /// Folds the disorder of each of `molecules` (made from `block`, atom
     /// symmtags numbering its sites) into a DisorderSelector, as told above:
-    /// one per molecule, null when it has no disorder group. Warnings name
-    /// `source`.
-    static std::vector<HDisorderSelector> fold_disorder(const CifBlock& block, const std::vector<HMolecule>& molecules,
+    /// one per molecule, null when it has no disorder group. A molecule made
+    /// only of one later group of an assembly whose first group lies in one
+    /// other molecule (a solvent over two sites) is folded into that one and
+    /// leaves the list. Warnings name `source`.
+    static std::vector<HDisorderSelector> fold_disorder(const CifBlock& block, std::vector<HMolecule>& molecules,
                                                         const std::string& source, std::vector<std::string>* warnings);
 };
 
