@@ -3,13 +3,15 @@
 //
 // Hydrogens: n-decane chains (ten carbons, zig-zag, 22 hydrogens missing
 // each) in a CrystalMaker; every carbon counted and its hydrogens placed,
-// either by one call per atom (each reads the maker's tags afresh) or by one
-// call per molecule. Surroundings: random-walk molecules (1.5 A steps, C, C,
-// N, O, H in turn) in general position of P21/c and of Fm-3m (192
-// operators), their neighbours by van der Waals contact, whole or cut down
-// to the contact atoms.
+// either by one call per atom (each reads the maker's tags afresh) or by the
+// one call for the whole maker. Surroundings: compact random-walk molecules
+// (1.5 A steps kept inside a sphere of 18 A^3 per atom, no two atoms closer
+// than 1.3 A; C, C, N, O, H in turn) in general position of P21/c (Z = 4)
+// and of Fm-3m (192 operators), in cells of about 18 A^3 per atom, their
+// neighbours by van der Waals contact, whole or cut down to the contact atoms.
 #include <benchmark/benchmark.h>
 
+#include <cmath>
 #include <random>
 #include <string>
 #include <vector>
@@ -47,24 +49,18 @@ HCrystalMaker decanes(int chains) {
 }
 
 void BM_AddHydrogensWithSites(benchmark::State& state) {
-    const bool per_molecule = state.range(1) != 0;
+    const bool whole_maker = state.range(1) != 0;
     long long hydrogens = 0;
     for (auto _ : state) {
         state.PauseTiming();
         HCrystalMaker maker = decanes(static_cast<int>(state.range(0)) / 10);
         state.ResumeTiming();
-        for (int i = 0; i < maker->nmolecules(); ++i) {
-            const HMolecule m = maker->molecule(i);
-            const int n = m->natoms();
-            std::vector<int> atoms, counts;
-            for (int a = 0; a < n; ++a) {
-                atoms.push_back(a);
-                counts.push_back(calculate_hydrogens(m, a));
-            }
-            if (per_molecule) {
-                add_hydrogens_with_sites(maker, m, atoms, counts);
-            } else {
-                for (int a = 0; a < n; ++a) add_hydrogens_with_sites(maker, m, a, counts[static_cast<std::size_t>(a)]);
+        if (whole_maker) {
+            add_hydrogens_with_sites(maker);
+        } else {
+            for (int i = 0; i < maker->nmolecules(); ++i) {
+                const HMolecule m = maker->molecule(i);
+                for (int a = 0; a < 10; ++a) add_hydrogens_with_sites(maker, m, a, calculate_hydrogens(m, a));
             }
         }
         state.PauseTiming();
@@ -78,22 +74,34 @@ void BM_AddHydrogensWithSites(benchmark::State& state) {
 }
 BENCHMARK(BM_AddHydrogensWithSites)
     ->ArgsProduct({{1000, 10000}, {0, 1}})
-    ->ArgNames({"atoms", "per_molecule"})
+    ->ArgNames({"atoms", "whole_maker"})
     ->Unit(benchmark::kMillisecond);
 
 HMolecule walk(const Cell& cell, const Point& start_frac, int n, unsigned seed) {
     std::mt19937 random(seed);
     std::normal_distribution<double> step(0.0, 1.0);
     const Element elements[] = {Element::C, Element::C, Element::N, Element::O, Element::H};
+    const double radius = std::cbrt(3.0 * 18.0 * n / (4.0 * 3.14159265358979));
+    const Point centre = cell.orthogonal(start_frac);
     HMolecule m(new Molecule3d());
-    Point p = cell.orthogonal(start_frac);
+    std::vector<Point> placed;
+    Point p = centre;
     for (int i = 0; i < n; ++i) {
         HAtom a(new Atom3d(elements[i % 5], "A" + std::to_string(i + 1), HSite(new Site(Site::orth(p, cell)))));
         a->set_symmtag(i);
         m->add(a);
+        placed.push_back(p);
         if (i > 0) m->add(HBond(new Bond3d(SINGLE_BOND)), i - 1, i);
-        Vector<double, 3> d(step(random), step(random), step(random));
-        p = Point(p + d * (1.5 / d.length()));
+        // The next step stays in the sphere and off the atoms already placed.
+        Point next = p;
+        for (int attempt = 0; attempt < 200; ++attempt) {
+            Vector<double, 3> d(step(random), step(random), step(random));
+            next = Point(p + d * (1.5 / d.length()));
+            bool free = distance(next, centre) <= radius;
+            for (const Point& q : placed) free = free && distance(next, q) >= 1.3;
+            if (free) break;
+        }
+        p = next;
     }
     return m;
 }
@@ -106,7 +114,7 @@ HCrystalMaker maker_of(const Cell& cell, int atoms) {
 }
 
 Cell p21c_cell(int atoms) {
-    // The cell grows with the molecule so that the packing stays alike.
+    // Four molecules of about 18 A^3 per atom; the cell grows with them.
     const double scale = std::cbrt(atoms / 50.0);
     return Cell(14 * scale, 16 * scale, 18 * scale, right, Angle::from_degrees(100), right,
                 Spacegroup("P21/c", 14, Spacegroup::Monoclinic,
@@ -114,7 +122,8 @@ Cell p21c_cell(int atoms) {
 }
 
 Cell fm3m_cell() {
-    return Cell(30, 30, 30, right, right, right,
+    // 192 molecules of 50 atoms at about 18 A^3 per atom.
+    return Cell(56, 56, 56, right, right, right,
                 Spacegroup::generate("Fm-3m", 225, Spacegroup::Cubic,
                                      {CrystalSymmetryOperator("-y,x,z"), CrystalSymmetryOperator("z,x,y"),
                                       CrystalSymmetryOperator("-x,-y,-z"), CrystalSymmetryOperator("x,y+1/2,z+1/2"),

@@ -15,10 +15,11 @@ class App;
 namespace molcryst {
 namespace app {
 
-/// molcryst report [--json] [--add-hydrogens] [--surroundings] FILE...:
-/// cell, symmetry, molecules, bonds and hydrogen bonds of every structure in
-/// the files; optionally with the missing hydrogens added first, and each
-/// molecule's neighbours.
+/// molcryst report [--json] [--add-hydrogens] [--surroundings]
+/// [--disorder-state N] FILE...: cell, symmetry, molecules, bonds,
+/// hydrogen bonds and disorder assemblies of every structure in the files;
+/// optionally with the missing hydrogens added first, each molecule's
+/// neighbours, and in one disorder state.
 class ReportCommand {
 public:
     explicit ReportCommand(CLI::App& parent);
@@ -31,6 +32,7 @@ private:
     bool json_ = false;
     bool add_hydrogens_ = false;
     bool surroundings_ = false;
+    long long disorder_state_ = -1;  // the state to report in; -1 for the structure as deposited
     bool expand_ = false;  // --expand: the hydrogen-bonded network grown from the asymmetric unit
 };
 

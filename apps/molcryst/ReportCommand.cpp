@@ -1,6 +1,7 @@
 // molcryst report: what each structure of the files holds, as text or JSON.
 #include <CLI/CLI.hpp>
 
+#include <climits>
 #include <cmath>
 #include <iomanip>
 #include <iostream>
@@ -11,6 +12,7 @@
 #include "Commands.h"
 #include "HBondNetwork.h"
 #include "molcryst/io/CifImport.h"
+#include "molcryst/io/CifDisorder.h"
 #include "molcryst/io/CifReader.h"
 #include "molcryst/io/HydrogenCompletion.h"
 #include "molcryst/io/MolecularSurroundings.h"
@@ -220,6 +222,77 @@ void block_text(std::ostream& out, const StructureReport& report, const Extras& 
     }
 }
 
+/// The number of states as text, or "" when a long long cannot hold it.
+std::string count_of_states(const CifDisorder& disorder) {
+    try {
+        return std::to_string(disorder.nstates());
+    } catch (const std::overflow_error&) {
+        return "";
+    }
+}
+
+/// The block in `state`; std::runtime_error naming the number of states when there is no such state.
+CifBlock in_state(const CifDisorder& disorder, long long state) {
+    try {
+        return disorder.in_state(state);
+    } catch (const std::out_of_range&) {
+        throw std::runtime_error("no disorder state " + std::to_string(state) + ": the structure has " +
+                                 count_of_states(disorder));
+    }
+}
+
+std::string assembly_name(const std::string& code) { return code.empty() ? "." : code; }
+
+/// The disorder assemblies of the block as deposited, and the state reported (-1: none asked).
+json disorder_json(const CifDisorder& disorder, const CifBlock& block, long long state) {
+    json assemblies = json::array();
+    for (const CifDisorder::Assembly& a : disorder.assemblies()) {
+        json groups = json::array();
+        for (const CifDisorder::Group& g : a.groups) {
+            json sites = json::array();
+            for (int s : g.sites) sites.push_back(label(block, s));
+            groups.push_back({{"group", g.group}, {"occupancy", g.occupancy}, {"sites", sites}});
+        }
+        assemblies.push_back({{"assembly", a.code}, {"groups", groups}});
+    }
+    const std::string count = count_of_states(disorder);
+    json state_groups = nullptr;
+    if (state >= 0) {
+        state_groups = json::array();
+        const std::vector<int> chosen = disorder.state(state);
+        for (std::size_t a = 0; a < chosen.size(); ++a)
+            state_groups.push_back(disorder.assemblies()[a].groups[static_cast<std::size_t>(chosen[a])].group);
+    }
+    return {{"assemblies", assemblies},
+            {"states", count.empty() ? json(nullptr) : json(disorder.nstates())},
+            {"state", state >= 0 ? json(state) : json(nullptr)},
+            {"state_groups", state_groups}};
+}
+
+void disorder_text(std::ostream& out, const CifDisorder& disorder, const CifBlock& block, long long state) {
+    if (disorder.assemblies().empty() && state < 0) return;  // an ordered structure says nothing of disorder
+    const std::string count = count_of_states(disorder);
+    out << "disorder assemblies: " << disorder.assemblies().size() << ", states: "
+        << (count.empty() ? "more than " + std::to_string(LLONG_MAX) : count) << "\n";
+    if (state >= 0) {
+        out << "disorder state " << state << ":";
+        const std::vector<int> chosen = disorder.state(state);
+        for (std::size_t a = 0; a < chosen.size(); ++a)
+            out << " " << assembly_name(disorder.assemblies()[a].code) << " group "
+                << disorder.assemblies()[a].groups[static_cast<std::size_t>(chosen[a])].group;
+        out << "\n";
+    }
+    std::vector<std::vector<std::string> > rows{{"assembly", "group", "occupancy", "sites"}};
+    for (const CifDisorder::Assembly& a : disorder.assemblies())
+        for (const CifDisorder::Group& g : a.groups) {
+            std::ostringstream occupancy, sites;
+            occupancy << g.occupancy;
+            for (std::size_t k = 0; k < g.sites.size(); ++k) sites << (k ? " " : "") << label(block, g.sites[k]);
+            rows.push_back({assembly_name(a.code), std::to_string(g.group), occupancy.str(), sites.str()});
+        }
+    if (!disorder.assemblies().empty()) table(out, rows);
+}
+
 }  // namespace
 
 ReportCommand::ReportCommand(CLI::App& parent) {
@@ -231,6 +304,13 @@ ReportCommand::ReportCommand(CLI::App& parent) {
                        "Add the hydrogens each atom lacks, with sites, before bonds and hydrogen bonds are found");
     command_->add_flag("--surroundings", surroundings_,
                        "List each molecule's neighbours by van der Waals contacts and hydrogen bonds");
+    command_->add_option("--disorder-state", disorder_state_,
+                         "Report each structure in disorder state N (0, the most probable, first)")
+        ->check(CLI::Validator(
+            [](std::string& value) {
+                return value.empty() || value[0] == '-' ? std::string("the state is a number from 0") : std::string();
+            },
+            "N >= 0"));
 }
 
 bool ReportCommand::chosen() const { return command_->parsed(); }
@@ -260,7 +340,10 @@ int ReportCommand::run(std::ostream& out, std::ostream& err) const {
         for (const CifBlock& block : cif.blocks) {
             for (const std::string& w : block.warnings) err << "warning: " << w << "\n";
             try {
-                std::unique_ptr<StructureReport> report(new StructureReport(block));
+                // The disorder as deposited; the report on the state asked for, if any.
+                const CifDisorder disorder(block);
+                const CifBlock stated = disorder_state_ >= 0 ? in_state(disorder, disorder_state_) : CifBlock();
+                std::unique_ptr<StructureReport> report(new StructureReport(disorder_state_ >= 0 ? stated : block));
                 Extras extras;
                 std::vector<HydrogenCompletion::Added> added;
                 std::unique_ptr<CifBlock> completed;
@@ -279,10 +362,12 @@ int ReportCommand::run(std::ostream& out, std::ostream& err) const {
                 }
                 if (json_) {
                     json b = block_json(*report, extras);
+                    b["disorder"] = disorder_json(disorder, block, disorder_state_);
                     if (expand_) b["hbond_network"] = network_json(expand_hbond_network(CifImport::crystal_maker(*report)));
                     entry["blocks"].push_back(b);
                 } else {
                     block_text(out, *report, extras);
+                    disorder_text(out, disorder, block, disorder_state_);
                     if (expand_) network_text(out, expand_hbond_network(CifImport::crystal_maker(*report)));
                 }
             } catch (const std::exception& e) {

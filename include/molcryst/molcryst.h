@@ -111,4 +111,18 @@
 #include "molcryst/crystal/CrystalMakerHelpers.h"
 #include "molcryst/crystal/NewCrystal.h"
 
+// edit: geometry edits of molecules and the disorder states they step through
+#include "molcryst/edit/MoleculeGeometryEdit.h"
+#include "molcryst/edit/MoleculeGeometrySelector.h"
+#include "molcryst/edit/CompositeGeometryEdit.h"
+#include "molcryst/edit/GeometryCollection.h"
+#include "molcryst/edit/MoleculeTransformation.h"
+#include "molcryst/edit/MoleculeCrystalSymmetryTransformation.h"
+#include "molcryst/edit/AtomTransforms.h"
+#include "molcryst/edit/ClusterMolecules.h"
+#include "molcryst/edit/AtomSiteMapping.h"
+#include "molcryst/edit/DisorderAtom.h"
+#include "molcryst/edit/DisorderState.h"
+#include "molcryst/edit/DisorderSelector.h"
+
 #endif

@@ -7,6 +7,7 @@
 
 #include "PairGrid.h"
 #include "molcryst/crystal/CrystalSymmetryMapping.h"
+#include "molcryst/edit/DisorderAtom.h"
 #include "molcryst/molecule/Site.h"
 #include "molcryst/support/Archive.h"
 
@@ -187,6 +188,15 @@ bool BondDistanceLimit::is_a_bond(THandle<Atom> a, THandle<Atom> b) const {
     const Element ea = a->element(), eb = b->element();
     if (!hydrogens_may_bond_ && ea.atomic_number() == 1 && eb.atomic_number() == 1) return false;
     return d <= limit(ea, eb);
+}
+
+bool BondDistanceLimit::is_a_bond(THandle<DisorderAtom> a, THandle<DisorderAtom> b) const {
+    if (a.unhand() == nullptr)
+        throw std::invalid_argument("BondDistanceLimit::is_a_bond(HDisorderAtom, HDisorderAtom) atom1 is a null pointer");
+    if (b.unhand() == nullptr)
+        throw std::invalid_argument("BondDistanceLimit::is_a_bond(HDisorderAtom, HDisorderAtom) atom2 is a null pointer");
+    if (a->group() != 0 && b->group() != 0 && a->assembly() == b->assembly() && a->group() != b->group()) return false;
+    return is_a_bond(a->parent_atom(), b->parent_atom());
 }
 
 bool BondDistanceLimit::is_a_bond(THandle<CrystalSymmetryMapping<THandle<Atom> > > a,

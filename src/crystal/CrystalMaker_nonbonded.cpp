@@ -7,6 +7,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 
 #include "molcryst/contact/ContactCriterion.h"
 #include "molcryst/crystal/CrystalMaker.h"
@@ -335,22 +336,44 @@ std::map<HMolecule, std::vector<int> > CrystalMaker::create_contact_atom_selecti
 Hvector_HMolecularContact CrystalMaker::update_contact_list(const vector_HMolecularContact& contacts,
                                                             const std::map<HMolecule, HMolecule>& replaced) const {
     Hvector_HMolecularContact result(new vector_HMolecularContact());
-    // An atom is found again in its replacement by tag and position. The
-    // molecules' own lookup compares orthogonal points, so those are what is
-    // handed to it: the same place in the same cell as the fractional one.
+    // An atom is found again in its replacement by tag and position, as
+    // Molecule::find_atom finds it (the lowest index with that tag whose
+    // orthogonal point is within 1e-05), through the sited atoms of each
+    // tag listed once per replacement rather than a walk over all atoms for
+    // every member of every group. The lookup compares orthogonal points, so
+    // those are what is handed to it: the same place in the same cell as the
+    // fractional one.
+    std::map<const Molecule*, std::unordered_map<int, std::vector<int> > > by_tag;
     struct End {
         HMolecule replacement;
+        const std::unordered_map<int, std::vector<int> >* tags;
         bool find(const Molecule& from, int atom, int& index) const {
             if (atom < 0 || atom >= from.natoms() || !from.atom(atom)->has_site()) return false;
             const HAtom a = from.atom(atom);
-            return replacement->find_atom(a->symmtag(), a->site()->orth(), index);
+            const auto listed = tags->find(a->symmtag());
+            if (listed == tags->end()) return false;
+            for (int k : listed->second)
+                if (equals(replacement->atom(k)->site()->orth(), a->site()->orth(), 1e-05)) {
+                    index = k;
+                    return true;
+                }
+            return false;
         }
+    };
+    auto tags_of = [&by_tag](const HMolecule& m) {
+        auto found = by_tag.find(m.unhand());
+        if (found == by_tag.end()) {
+            found = by_tag.emplace(m.unhand(), std::unordered_map<int, std::vector<int> >()).first;
+            for (int k = 0; k < m->natoms(); ++k)
+                if (m->atom(k)->has_site()) found->second[m->atom(k)->symmtag()].push_back(k);
+        }
+        return &found->second;
     };
     for (const HMolecularContact& c : contacts) {
         const auto from = replaced.find(c->molecule_from());
         const auto to = replaced.find(c->molecule_to());
         if (from == replaced.end() || to == replaced.end()) continue;
-        const End end_from{from->second}, end_to{to->second};
+        const End end_from{from->second, tags_of(from->second)}, end_to{to->second, tags_of(to->second)};
         int new_from = -1, new_to = -1;
         if (!end_from.find(*c->molecule_from(), anchor_of(c->atom_from(), c->group_from()), new_from) ||
             !end_to.find(*c->molecule_to(), anchor_of(c->atom_to(), c->group_to()), new_to))

@@ -47,6 +47,7 @@ public:
                             Angle::from_degrees(result_.angles[2].value()), spacegroup_);
         read_atoms();
         read_aniso();
+        check_disorder_occupancies();
         return result_;
     }
 
@@ -339,8 +340,10 @@ private:
             }
             if (row.has2(5)) {
                 site.occupancy = number(row[5], line, who + "_atom_site_occupancy");
+                // Deposited files have them (site-symmetry factors, typing slips):
+                // told, and the site kept as given.
                 if (!(site.occupancy.value() >= 0.0 && site.occupancy.value() <= 1.0))
-                    fail(line, who + "occupancy " + cif::as_string(row[5]) + " is out of range (0 to 1)");
+                    warn(line, who + "occupancy " + cif::as_string(row[5]) + " is out of range (0 to 1)");
             }
             if (row.has2(6)) {
                 site.u_iso = number(row[6], line, who + "_atom_site_U_iso_or_equiv");
@@ -366,6 +369,33 @@ private:
                 if (value >= 1 && value <= 192) site.multiplicity = value;
             }
             result_.atoms.push_back(site);
+        }
+    }
+
+    /// The groups of one disorder assembly are alternatives: their
+    /// occupancies (each group's first site) should sum to 1 at most. A sum
+    /// above (beyond rounding of the deposited digits) is told; the sites stay.
+    void check_disorder_occupancies() {
+        std::vector<std::string> codes;
+        std::map<std::string, std::map<int, double> > groups;
+        std::map<std::string, int> first_line;
+        for (const CifAtomSite& site : result_.atoms) {
+            if (site.disorder_group == 0) continue;
+            if (groups.count(site.disorder_assembly) == 0) {
+                codes.push_back(site.disorder_assembly);
+                first_line[site.disorder_assembly] = site.line;
+            }
+            groups[site.disorder_assembly].emplace(site.disorder_group, site.occupancy.value());
+        }
+        for (const std::string& code : codes) {
+            double sum = 0.0;
+            for (const auto& group : groups[code]) sum += group.second;
+            if (sum > 1.0 + 1e-6) {
+                std::ostringstream text;
+                text << "disorder assembly '" << (code.empty() ? "." : code) << "': the occupancies of its "
+                     << groups[code].size() << " groups sum to " << sum << ", over 1";
+                warn(first_line[code], text.str());
+            }
         }
     }
 

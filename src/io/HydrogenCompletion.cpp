@@ -140,8 +140,6 @@ CifBlock HydrogenCompletion::complete(const StructureReport& report, const std::
     const std::vector<HMolecule>& whole = report.whole_molecules();
     Hvector_HMolecule copies(new vector_HMolecule());
     for (const HMolecule& m : whole) copies->push_back(HMolecule(new Molecule3d(*m)));
-    HCrystalMaker maker(new CrystalMaker(block.cell, Hvector_HMolecule(), Hvector_HMolecule(), copies));
-    maker->select_3d();
 
     // Bonds from each site, to know an image with every neighbour beside it.
     std::vector<int> nbonds(block.atoms.size(), 0);
@@ -192,6 +190,10 @@ CifBlock HydrogenCompletion::complete(const StructureReport& report, const std::
             sites.push_back(s);
         }
         int next = m->natoms();
+        // A maker of this molecule alone: the new tags play no part here, and
+        // reading them over one molecule keeps the whole run linear.
+        HCrystalMaker maker(new CrystalMaker(block.cell, Hvector_HMolecule(), Hvector_HMolecule(),
+                                             Hvector_HMolecule(new vector_HMolecule(1, m))));
         add_hydrogens_with_sites(maker, m, parents, counts);
         for (std::size_t p = 0; p < parents.size(); ++p) {
             const CifAtomSite& site = block.atoms[static_cast<std::size_t>(sites[p])];

@@ -13,6 +13,7 @@
 
 #include "molcryst/contact/BondDistanceLimit.h"
 #include "molcryst/contact/HBondCriterion.h"
+#include "molcryst/edit/DisorderAtom.h"
 #include "molcryst/geometry/Angle.h"
 #include "molcryst/molecule/Atom3d.h"
 #include "molcryst/molecule/AtomicDisplacementParameters.h"
@@ -429,14 +430,31 @@ private:
         return op == identity_op_ && lattice[0] == 0 && lattice[1] == 0 && lattice[2] == 0;
     }
 
+    /// Each site as a DisorderAtom of its assembly and group, once as
+    /// deposited and once as a movable stand-in for its images, so that the
+    /// bond test is the kernel's rule on alternatives.
+    void make_disorder_atoms() {
+        std::map<std::string, int> assemblies;
+        for (std::size_t i = 0; i < block_.atoms.size(); ++i) {
+            const CifAtomSite& a = block_.atoms[i];
+            const int assembly = assemblies.emplace(a.disorder_assembly, static_cast<int>(assemblies.size())).first->second;
+            for (int copy = 0; copy < 2; ++copy) {
+                HAtom atom(new Atom3d(a.element, a.label, HSite(new Site(orth_[i], sites_[i], a.occupancy.value()))));
+                (copy == 0 ? site_atoms_ : image_atoms_).push_back(HDisorderAtom(new DisorderAtom(atom, assembly, a.disorder_group)));
+            }
+        }
+    }
+
+    /// Whether site i and site j at `orth` are bonded by distance and disorder.
+    bool is_a_bond(int i, int j, const Point& orth) {
+        image_atoms_[j]->site()->set_coordinates(orth);
+        return bond_rule_.is_a_bond(site_atoms_[i], image_atoms_[j]);
+    }
+
     /// Whether sites i and j (at an image) may be bonded by their disorder.
     bool disorder_allows(int i, int j, int op, const Vector<int, 3>& lattice) const {
         const CifAtomSite& a = block_.atoms[i];
         const CifAtomSite& b = block_.atoms[j];
-        // Two groups of one assembly are alternatives, never bonded.
-        if (a.disorder_group != 0 && b.disorder_group != 0 && a.disorder_group != b.disorder_group &&
-            a.disorder_assembly == b.disorder_assembly)
-            return false;
         // A negative group is disordered about a symmetry element: its images
         // by other operators are the alternatives.
         if (a.disorder_group < 0 && a.disorder_group == b.disorder_group && !is_identity(op, lattice)) return false;
@@ -444,6 +462,7 @@ private:
     }
 
     void find_bonds() {
+        make_disorder_atoms();
         const std::size_t n = sites_.size();
         links_.assign(n, std::vector<Link>());
         for (std::size_t i = 0; i < n; ++i) {
@@ -456,9 +475,9 @@ private:
                     report_.on_special_[i] = true;
                     return;
                 }
-                const Element& ej = block_.atoms[j].element;
-                if (d <= min_bond || d > BondDistanceLimit::limit(ei, ej)) return;
-                if (ei.atomic_number() == 1 && ej.atomic_number() == 1) return;
+                // The table limit first: most images in reach are far beyond it.
+                if (d > BondDistanceLimit::limit(ei, block_.atoms[j].element)) return;
+                if (!is_a_bond(static_cast<int>(i), j, image.orth)) return;
                 if (!disorder_allows(static_cast<int>(i), j, image.op, image.lattice)) return;
                 links_[i].push_back(Link{j, image.op, image.lattice, d});
             });
@@ -692,6 +711,8 @@ private:
     std::vector<std::vector<Node> > node_lists_;
     std::map<std::string, HMolecule> placed_;
     std::unique_ptr<HBondCriterion> hbond_criterion_;
+    BondDistanceLimit bond_rule_{min_bond, false};
+    std::vector<HDisorderAtom> site_atoms_, image_atoms_;
 };
 
 StructureReport::StructureReport(const CifBlock& block) : block_(&block) {

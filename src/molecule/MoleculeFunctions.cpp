@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <deque>
 #include <iostream>
 #include <map>
 #include <stdexcept>
@@ -104,6 +105,18 @@ double hydrogen_bond_length(const Element& parent) {
 
 Point position(const HAtom& a) { return a->site()->orth(); }
 
+// The neighbours of an atom in the order of their indices. The graph keeps
+// them in the order of their handles, which follows where they were
+// allocated: placement that read them so would differ from run to run.
+std::vector<HAtom> neighbours_by_index(const Atom& atom) {
+    const std::deque<HAtom> around = atom.neighbours();
+    std::vector<HAtom> sorted(around.begin(), around.end());
+    std::stable_sort(sorted.begin(), sorted.end(), [](const HAtom& a, const HAtom& b) {
+        return (a.unhand() != nullptr ? a->index() : -1) < (b.unhand() != nullptr ? b->index() : -1);
+    });
+    return sorted;
+}
+
 // A unit vector along `v`; `fallback` when `v` is too short to have a
 // direction (two atoms on one spot), so that no coordinate becomes NaN.
 Vec unit_or(Vec v, const Vec& fallback) {
@@ -200,7 +213,7 @@ HAtom find_neighbouring_anchor(const Molecule& molecule, const HAtom& anchor, co
         std::cout << "Assumption error in find_neighbouring_anchor " << std::endl;
         return HAtom();
     }
-    for (const HAtom& n : anchor->neighbours()) {
+    for (const HAtom& n : neighbours_by_index(*anchor)) {
         if (n.unhand() == nullptr) {
             std::cout << "Assumption error in find_neighbouring_anchor " << std::endl;
             continue;
@@ -467,7 +480,7 @@ void add_placed_hydrogens(const Cell& cell, THandle<Molecule> molecule, int atom
     add_hydrogens(molecule, atom, count);
     const HAtom parent = molecule->atom(atom);
     std::vector<HAtom> hydrogens;
-    for (const HAtom& n : parent->neighbours())
+    for (const HAtom& n : neighbours_by_index(*parent))
         if (n->element().atomic_number() == 1) hydrogens.push_back(n);
     if (!parent->has_site()) return;
     generate_hydrogen_sites(cell, molecule, atom);
@@ -499,6 +512,31 @@ void add_hydrogens_with_sites(THandle<CrystalMaker> maker, THandle<Molecule> mol
     }
 }
 
+int add_hydrogens_with_sites(THandle<CrystalMaker> maker) {
+    // Every count first: an atom that cannot be counted throws before anything changes.
+    const Hvector_HMolecule view = maker->current_molecules();
+    std::vector<std::vector<int> > atoms(view->size()), counts(view->size());
+    for (std::size_t m = 0; m < view->size(); ++m) {
+        const HMolecule& molecule = (*view)[m];
+        const int n = molecule->natoms();
+        for (int i = 0; i < n; ++i) {
+            const int count = calculate_hydrogens(molecule, i);
+            if (count <= 0) continue;
+            atoms[m].push_back(i);
+            counts[m].push_back(count);
+        }
+    }
+    bool holds = false;
+    int tag = largest_tag(*maker, nullptr, holds);
+    int added = 0;
+    for (std::size_t m = 0; m < view->size(); ++m)
+        for (std::size_t k = 0; k < atoms[m].size(); ++k) {
+            add_placed_hydrogens(maker->cell(), (*view)[m], atoms[m][k], counts[m][k], tag);
+            added += counts[m][k];
+        }
+    return added;
+}
+
 void generate_hydrogen_sites(const Cell& cell, THandle<Molecule> molecule) {
     const int n = molecule->natoms();
     for (int i = 0; i < n; ++i)
@@ -513,7 +551,7 @@ void generate_hydrogen_sites(const Cell& cell, THandle<Molecule> molecule, int a
                                     " because it does not have position information. (generate_hydrogen_sites)");
     if (parent->element().atomic_number() == 1) return;
     std::vector<HAtom> anchors, hydrogens;
-    for (const HAtom& n : parent->neighbours()) (n->has_site() ? anchors : hydrogens).push_back(n);
+    for (const HAtom& n : neighbours_by_index(*parent)) (n->has_site() ? anchors : hydrogens).push_back(n);
     if (hydrogens.empty()) return;
     place_hydrogens(cell, *molecule, parent, anchors, hydrogens);
 }

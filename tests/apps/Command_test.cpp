@@ -73,6 +73,45 @@ TEST(Command, AFileThatCannotBeReadIsOneLineAndExitCodeOne) {
                      "/nonexistent/file.cif: cannot open the file: No such file or directory\n");
 }
 
+TEST(Command, ListsDisorderAssembliesAndReportsAChosenState) {
+    Outcome text = run("report " + melaminium);
+    ASSERT_EQ(text.status, 0) << text.err;
+    EXPECT_NE(text.out.find("disorder assemblies: 1, states: 2\n"
+                            "  assembly  group  occupancy  sites\n"
+                            "  A         1      0.767      O2A O3A O4A\n"
+                            "  A         2      0.233      O2B O3B O4B\n"),
+              std::string::npos)
+        << text.out;
+
+    Outcome stated = run("report --json --disorder-state 1 " + melaminium);
+    ASSERT_EQ(stated.status, 0) << stated.err;
+    const nlohmann::json block = nlohmann::json::parse(stated.out).at("files").at(0).at("blocks").at(0);
+    const nlohmann::json& disorder = block.at("disorder");
+    EXPECT_EQ(disorder.at("states").get<int>(), 2);
+    EXPECT_EQ(disorder.at("state").get<int>(), 1);
+    EXPECT_EQ(disorder.at("state_groups"), nlohmann::json::array({2}));
+    const nlohmann::json& group = disorder.at("assemblies").at(0).at("groups").at(1);
+    EXPECT_EQ(disorder.at("assemblies").at(0).at("assembly").get<std::string>(), "A");
+    EXPECT_EQ(group.at("group").get<int>(), 2);
+    EXPECT_DOUBLE_EQ(group.at("occupancy").get<double>(), 0.233);
+    EXPECT_EQ(group.at("sites"), nlohmann::json::array({"O2B", "O3B", "O4B"}));
+    // In state 1 the phosphate holds the B oxygens only.
+    bool o2b = false;
+    for (const nlohmann::json& bond : block.at("bonds")) {
+        EXPECT_NE(bond.at("atom2").get<std::string>(), "O2A");
+        o2b = o2b || bond.at("atom2").get<std::string>() == "O2B";
+    }
+    EXPECT_TRUE(o2b);
+    EXPECT_TRUE(nlohmann::json::parse(run("report --json " + melaminium).out)
+                    .at("files").at(0).at("blocks").at(0).at("disorder").at("state").is_null());
+
+    Outcome beyond = run("report --disorder-state 2 " + melaminium);
+    EXPECT_EQ(beyond.status, 0);
+    EXPECT_EQ(beyond.err, "warning: " + melaminium + ":15: no disorder state 2: the structure has 2 (block skipped)\n");
+    EXPECT_EQ(run("report --disorder-state -1 " + melaminium).status, 2);
+    EXPECT_EQ(run("report --disorder-state x " + melaminium).status, 2);
+}
+
 TEST(Command, AddsMissingHydrogensAndListsEachMoleculesSurroundings) {
     // Acetic acid without its hydrogens, as a dimer about the centre of P-1.
     const std::string bare = ::testing::TempDir() + "molcryst_acid.cif";

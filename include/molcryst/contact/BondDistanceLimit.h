@@ -28,6 +28,9 @@ class Archive;
 // test on two images is only declared here.
 template <class T>
 class CrystalSymmetryMapping;
+// Disorder belongs to the edits, above contacts; the bond test on two
+// alternatives is only declared here.
+class DisorderAtom;
 
 /// Bonded or not, by distance and a table of limits per element pair.
 class BondDistanceLimit {
@@ -51,6 +54,10 @@ public:
     /// the minimum and at most the limit, and not two hydrogens unless
     /// allowed. A null atom throws std::invalid_argument.
     bool is_a_bond(THandle<Atom> a, THandle<Atom> b) const;
+    /// The test on the parents, except that two atoms of different non-zero
+    /// groups of one disorder assembly are never bonded: they are alternatives.
+    /// A null atom throws std::invalid_argument.
+    bool is_a_bond(THandle<DisorderAtom> a, THandle<DisorderAtom> b) const;
     /// The test on the two images (the mappings' targets).
     bool is_a_bond(THandle<CrystalSymmetryMapping<THandle<Atom> > > a,
                    THandle<CrystalSymmetryMapping<THandle<Atom> > > b) const;

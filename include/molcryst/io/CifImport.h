@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "molcryst/crystal/CrystalMaker.h"
+#include "molcryst/edit/DisorderSelector.h"
 #include "molcryst/io/CifReader.h"
 
 namespace molcryst {
@@ -17,9 +18,21 @@ class StructureReport;
 /// CrystalMaker (3D molecules, selected), each molecule a connected piece
 /// with bond types from the geometry rules and atom symmtags that number the
 /// deposited sites.
+///
+/// Disorder: in each molecule the groups of a disorder assembly become the
+/// groups of a DisorderSelector (see fold_disorder). The molecule keeps the atoms of the group
+/// with the lowest number; every other group gives those atoms, paired in
+/// file order, its own sites and labels, and its atoms leave the molecule.
 struct ImportedStructure {
     std::string name;
     HCrystalMaker crystal_maker;
+    /// One per molecule of the maker's 3D list: the selector over its
+    /// disorder states, null for an ordered molecule.
+    std::vector<HDisorderSelector> disorder;
+    /// "FILE:LINE: ..." for each assembly whose groups are kept as plain
+    /// atoms: groups that do not pair atom for atom, or that fail the
+    /// selector's checks (its message follows).
+    std::vector<std::string> warnings;
 };
 
 class CifImport {
@@ -33,6 +46,14 @@ public:
                                                     std::vector<std::string>* skipped = nullptr);
     /// The CrystalMaker of a report's block.
     static HCrystalMaker crystal_maker(const StructureReport& report);
+    /// Folds the disorder of each of `molecules` (made from `block`, atom
+    /// symmtags numbering its sites) into a DisorderSelector, as told above:
+    /// one per molecule, null when it has no disorder group. A molecule made
+    /// only of one later group of an assembly whose first group lies in one
+    /// other molecule (a solvent over two sites) is folded into that one and
+    /// leaves the list. Warnings name `source`.
+    static std::vector<HDisorderSelector> fold_disorder(const CifBlock& block, std::vector<HMolecule>& molecules,
+                                                        const std::string& source, std::vector<std::string>* warnings);
 };
 
 }  // namespace molcryst

@@ -50,6 +50,12 @@ void add_hydrogens_with_sites(THandle<CrystalMaker> maker, THandle<Molecule> mol
 /// different lengths throw std::invalid_argument.
 void add_hydrogens_with_sites(THandle<CrystalMaker> maker, THandle<Molecule> molecule, const std::vector<int>& atoms,
                               const std::vector<int>& counts);
+/// Every atom of every current molecule of the maker gets the hydrogens it
+/// lacks, placed and tagged: the same as add_hydrogens_with_sites with the
+/// calculated count for each atom in turn, molecule by molecule, but every
+/// count is taken first, so that an atom that cannot be counted throws and
+/// nothing changes, and the tags are read once. The number of hydrogens added.
+int add_hydrogens_with_sites(THandle<CrystalMaker> maker);
 /// Strips every hydrogen and adds the calculated number to each atom; a
 /// molecule that is one hydrogen atom (a proton) is left alone.
 void generate_hydrogens(THandle<Molecule> molecule);
