@@ -5,6 +5,7 @@
 
 #include "Commands.h"
 #include "PackedPicture.h"
+#include "molcryst/io/BondOrderPerception.h"
 #include "molcryst/io/Mol2Writer.h"
 
 namespace molcryst {
@@ -24,6 +25,10 @@ int ConvertCommand::run(std::ostream& out, std::ostream& err) const {
     if (!packed_pictures(file_, box_, err, pictures)) return 1;
     std::ofstream mol2(output_);
     // Every block one MOLECULE record, in file order.
+    // Bond orders from the geometry, so that other programs see aromatic
+    // rings and multiple bonds where the atom-type rules leave them unknown.
+    for (const PackedPicture& p : pictures)
+        for (const HMolecule& m : *p.crystal->molecules()) BondOrderPerception::perceive(*m);
     for (const PackedPicture& p : pictures) Mol2Writer::write(mol2, p.name, *p.crystal);
     mol2.flush();
     if (!mol2) {

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 
 #include "apps/CommandRun.h"
@@ -84,6 +85,17 @@ TEST(NetworkCommands, ConvertWritesMol2ThatOpenBabelReads) {
     EXPECT_NE(text.find("@<TRIPOS>CRYSIN\n   14.2230    7.9862   14.1156   90.0000   93.9080   90.0000    14     1\n"),
               std::string::npos);
     EXPECT_EQ(run("convert " + cifs + "cod-2015798-nitrobenzyl-thiazolidinone.cif /nonexistent/dir/x.mol2").status, 1);
+    // Bond orders come from the geometry: the two benzene rings of each
+    // molecule aromatic, the four N-O bonds of its two nitro groups and its C=O
+    // double.
+    int aromatic = 0, doubles = 0;
+    std::istringstream bonds(text.substr(text.find("@<TRIPOS>BOND")));
+    for (std::string line; std::getline(bonds, line);) {
+        aromatic += line.size() > 3 && line.compare(line.size() - 3, 3, " ar") == 0 ? 1 : 0;
+        doubles += line.size() > 2 && line.compare(line.size() - 2, 2, " 2") == 0 ? 1 : 0;
+    }
+    EXPECT_EQ(aromatic, 4 * 12);
+    EXPECT_EQ(doubles, 4 * 5);
 
     if (std::system("command -v obabel >/dev/null 2>&1") != 0) {
         GTEST_SKIP() << "obabel is not installed: the mol2 file was not checked with Open Babel";
