@@ -60,7 +60,7 @@ struct Agreement {
 }  // namespace
 
 TEST(HydrogenCompletion, StrippedRealStructuresGetTheirHydrogensBack) {
-    // 807 of 892 heavy sites get back their deposited number of hydrogens.
+    // 789 of 850 heavy sites get back their deposited number of hydrogens.
     // Where they do not, the deposit says what valence and geometry cannot:
     // charges the file does not give (ammonium and glycinium NH3+ come back
     // as NH2, melaminium's protonated ring N, a saccharinate N); N-H in flat
