@@ -141,7 +141,8 @@ TEST(NewCrystal, CopiesAreDeepAndKeepSettingsCriteriaAndObservers) {
     other = crystal;
     EXPECT_EQ(observer.count, 1);
     EXPECT_TRUE(other == crystal);
-    other = other;
+    NewCrystal& same = other;  // self-assignment through a reference
+    other = same;
     EXPECT_EQ(observer.count, 1);
 
     copy.set_slicing_thickness(4);
