@@ -99,6 +99,8 @@
 #include "molcryst/contact/VdWCriterion.h"
 #include "molcryst/contact/CombinedCriterion.h"
 #include "molcryst/contact/HBondCriterion.h"
+#include "molcryst/contact/ClashCriterion.h"
+#include "molcryst/contact/ContactCriterionArchiver.h"
 #include "molcryst/contact/CriterionSpecifics.h"
 #include "molcryst/contact/BondDistanceLimit.h"
 
