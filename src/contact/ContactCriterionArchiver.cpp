@@ -30,7 +30,7 @@ HContactCriterion make_criterion(const std::string& name) {
     return HContactCriterion();
 }
 
-bool archivable(const char* name) {
+bool archivable_name(const char* name) {
     for (const char* known : {"DistanceCriterion", "VdWCriterion", "CombinedCriterion", "HBondCriterion"})
         if (std::strcmp(name, known) == 0) return true;
     return false;
@@ -40,7 +40,7 @@ bool archivable(const char* name) {
 const char* checked_name(const HContactCriterion& criterion) {
     if (criterion.unhand() == nullptr) HandleCommon::null_handle_error();
     const char* name = criterion->class_name();
-    if (!archivable(name)) unrecognised(name);
+    if (!archivable_name(name)) unrecognised(name);
     return name;
 }
 
@@ -54,6 +54,10 @@ void write_checked(const HContactCriterion& criterion, const char* name, Archive
 }  // namespace
 
 ContactCriterionArchiver::~ContactCriterionArchiver() {}
+
+bool ContactCriterionArchiver::archivable(const ContactCriterion& criterion) {
+    return archivable_name(criterion.class_name());
+}
 
 void ContactCriterionArchiver::write(const HContactCriterion& criterion, Archive& ar) {
     write_checked(criterion, checked_name(criterion), ar);

@@ -110,6 +110,8 @@ TEST(ContactCriterionArchiver, ClashesNullsAndUnknownNamesFailCleanly) {
     // A clash criterion cannot be archived, and nothing is written, not even
     // the criteria before it in a vector.
     const HContactCriterion clash(new ClashCriterion());
+    EXPECT_FALSE(ContactCriterionArchiver::archivable(*clash));
+    EXPECT_TRUE(ContactCriterionArchiver::archivable(*one_of_each()[3]));
     Archive ar = Archive::temporary();
     EXPECT_EQ(error_text<std::runtime_error>([&] { ContactCriterionArchiver::write(clash, ar); }),
               "Unrecognised contact definition: ClashCriterion");

@@ -35,6 +35,8 @@ public:
     static void write(const std::vector<HContactCriterion>& criteria, Archive& ar);
     /// All or nothing: `criteria` is changed only when every one was read.
     static void read(std::vector<HContactCriterion>& criteria, Archive& ar);
+    /// Whether write takes the criterion: one of the four archivable classes.
+    static bool archivable(const ContactCriterion& criterion);
     /// The criterion's own print.
     static std::ostream& print(std::ostream& os, const HContactCriterion& criterion);
 };
