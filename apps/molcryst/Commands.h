@@ -33,6 +33,37 @@ private:
     bool add_hydrogens_ = false;
     bool surroundings_ = false;
     long long disorder_state_ = -1;  // the state to report in; -1 for the structure as deposited
+    bool expand_ = false;  // --expand: the hydrogen-bonded network grown from the asymmetric unit
+};
+
+/// molcryst pack [--json] FILE --box a,b,c: the molecules whose centroids
+/// fall in a box of a x b x c cells.
+class PackCommand {
+public:
+    explicit PackCommand(CLI::App& parent);
+    bool chosen() const;
+    int run(std::ostream& out, std::ostream& err) const;
+
+private:
+    CLI::App* command_;
+    std::string file_;
+    std::vector<double> box_;
+    bool json_ = false;
+};
+
+/// molcryst convert FILE OUT.mol2 [--box a,b,c]: the asymmetric unit, or a
+/// packed box, as a Tripos mol2 file with SYBYL types.
+class ConvertCommand {
+public:
+    explicit ConvertCommand(CLI::App& parent);
+    bool chosen() const;
+    int run(std::ostream& out, std::ostream& err) const;
+
+private:
+    CLI::App* command_;
+    std::string file_;
+    std::string output_;
+    std::vector<double> box_;
 };
 
 }  // namespace app

@@ -10,6 +10,8 @@
 #include <sstream>
 
 #include "Commands.h"
+#include "HBondNetwork.h"
+#include "molcryst/io/CifImport.h"
 #include "molcryst/io/CifDisorder.h"
 #include "molcryst/io/CifReader.h"
 #include "molcryst/io/HydrogenCompletion.h"
@@ -297,6 +299,7 @@ ReportCommand::ReportCommand(CLI::App& parent) {
     command_ = parent.add_subcommand("report", "Report cell, symmetry, molecules, bonds and hydrogen bonds");
     command_->add_option("files", files_, "CIF files")->required();
     command_->add_flag("--json", json_, "Print one JSON document");
+    command_->add_flag("--expand", expand_, "Grow the hydrogen-bonded network from the asymmetric unit");
     command_->add_flag("--add-hydrogens", add_hydrogens_,
                        "Add the hydrogens each atom lacks, with sites, before bonds and hydrogen bonds are found");
     command_->add_flag("--surroundings", surroundings_,
@@ -360,10 +363,12 @@ int ReportCommand::run(std::ostream& out, std::ostream& err) const {
                 if (json_) {
                     json b = block_json(*report, extras);
                     b["disorder"] = disorder_json(disorder, block, disorder_state_);
+                    if (expand_) b["hbond_network"] = network_json(expand_hbond_network(CifImport::crystal_maker(*report)));
                     entry["blocks"].push_back(b);
                 } else {
                     block_text(out, *report, extras);
                     disorder_text(out, disorder, block, disorder_state_);
+                    if (expand_) network_text(out, expand_hbond_network(CifImport::crystal_maker(*report)));
                 }
             } catch (const std::exception& e) {
                 const std::string line = CifError(file, block.line, e.what()).what();

@@ -11,6 +11,8 @@ int main(int argc, char** argv) {
     app.set_version_flag("--version", std::string("molcryst ") + MOLCRYST_VERSION);
     app.require_subcommand(1);
     molcryst::app::ReportCommand report(app);
+    molcryst::app::PackCommand pack(app);
+    molcryst::app::ConvertCommand convert(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -19,5 +21,7 @@ int main(int argc, char** argv) {
         return code == 0 ? 0 : 2;
     }
     if (report.chosen()) return report.run(std::cout, std::cerr);
+    if (pack.chosen()) return pack.run(std::cout, std::cerr);
+    if (convert.chosen()) return convert.run(std::cout, std::cerr);
     return 2;
 }

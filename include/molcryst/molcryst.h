@@ -111,6 +111,7 @@
 #include "molcryst/crystal/SymmetryInclusionCondition.h"
 #include "molcryst/crystal/CrystalMaker.h"
 #include "molcryst/crystal/CrystalMakerHelpers.h"
+#include "molcryst/crystal/NewCrystal.h"
 
 // edit: geometry edits of molecules and the disorder states they step through
 #include "molcryst/edit/MoleculeGeometryEdit.h"

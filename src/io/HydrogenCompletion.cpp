@@ -7,51 +7,16 @@
 #include <stdexcept>
 
 #include "molcryst/crystal/CrystalMaker.h"
+#include "molcryst/io/BondOrderPerception.h"
 #include "molcryst/io/CifError.h"
 #include "molcryst/io/StructureReport.h"
 #include "molcryst/molecule/Molecule3d.h"
 #include "molcryst/molecule/MoleculeFunctions.h"
 #include "molcryst/molecule/Site.h"
-#include "molcryst/geometry/Plane.h"
 
 namespace molcryst {
 
 namespace {
-
-// Longest triple and double bond between two elements (atomic numbers, the
-// smaller first), Angstrom; pairs not listed are single.
-struct OrderLimits {
-    double triple, dbl;
-};
-
-const std::map<std::pair<int, int>, OrderLimits>& order_limits() {
-    static const std::map<std::pair<int, int>, OrderLimits> limits = {
-        {{6, 6}, {1.25, 1.37}},  {{6, 7}, {1.20, 1.30}}, {{6, 8}, {0.0, 1.28}},  {{6, 16}, {0.0, 1.70}},
-        {{7, 7}, {1.15, 1.30}},  {{7, 8}, {0.0, 1.28}},  {{8, 16}, {0.0, 1.50}}, {{8, 15}, {0.0, 1.53}},
-        {{6, 15}, {0.0, 1.67}},  {{7, 16}, {0.0, 1.58}}, {{8, 34}, {0.0, 1.66}}, {{6, 34}, {0.0, 1.84}}};
-    return limits;
-}
-
-// A ring that reads as aromatic from its geometry: flat within 0.1 A, every
-// atom with at most three neighbours, every bond short (up to 1.45 A between
-// C, N and O, 1.76 A to S), as no saturated ring is.
-bool flat_conjugated_ring(const std::set<HAtom>& ring) {
-    std::vector<Point> points;
-    for (const HAtom& a : ring) {
-        if (a->nbonds() > 3 || !a->has_site()) return false;
-        points.push_back(a->site()->orth());
-    }
-    const Plane plane(points);
-    for (const Point& p : points)
-        if (std::fabs(plane.signed_distance(p)) > 0.1) return false;
-    for (const HAtom& a : ring)
-        for (const HAtom& b : a->neighbours()) {
-            if (ring.count(b) == 0 || a.unhand() > b.unhand()) continue;
-            const bool sulphur = a->element().atomic_number() == 16 || b->element().atomic_number() == 16;
-            if (distance(a->site()->orth(), b->site()->orth()) > (sulphur ? 1.76 : 1.45)) return false;
-        }
-    return true;
-}
 
 std::string suffix_after_symbol(const std::string& label, const Element& e) {
     const std::string& symbol = e.symbol();
@@ -94,34 +59,6 @@ double parent_u(const CifAtomSite& a) {
 
 }  // namespace
 
-void HydrogenCompletion::perceive_bond_orders(Molecule& molecule) {
-    const HMoleculeGraph graph = molecule.graph();
-    for (int b = 0; b < molecule.nbonds(); ++b) {
-        const HBond bond = molecule.bond(b);
-        const HAtom a = bond->atom1(), c = bond->atom2();
-        BondType type = SINGLE_BOND;
-        if (a->element().non_metal() && c->element().non_metal() && a->has_site() && c->has_site()) {
-            std::set<HAtom> ring;
-            const int size = bond->cyclic() ? graph->edge_smallest_ring(a, c, ring) : 0;
-            if ((size == 5 || size == 6) && flat_conjugated_ring(ring)) {
-                type = AROMATIC_BOND;
-            } else {
-                int za = a->element().atomic_number(), zc = c->element().atomic_number();
-                if (za > zc) std::swap(za, zc);
-                const auto limits = order_limits().find(std::make_pair(za, zc));
-                const double d = distance(a->site()->orth(), c->site()->orth());
-                if (limits != order_limits().end()) {
-                    if (d <= limits->second.triple)
-                        type = TRIPLE_BOND;
-                    else if (d <= limits->second.dbl)
-                        type = DOUBLE_BOND;
-                }
-            }
-        }
-        bond->set_type(type);
-    }
-}
-
 CifBlock HydrogenCompletion::complete(const StructureReport& report, const std::string& source,
                                       std::vector<Added>& added, std::vector<std::string>& warnings) {
     const CifBlock& block = report.block();
@@ -153,7 +90,7 @@ CifBlock HydrogenCompletion::complete(const StructureReport& report, const std::
 
     for (std::size_t c = 0; c < copies->size(); ++c) {
         const HMolecule m = (*copies)[c];
-        perceive_bond_orders(*m);
+        BondOrderPerception::perceive(*m);
         std::vector<int> parents, counts, sites;
         for (int s : report.molecules()[c].sites) {
             const CifAtomSite& site = block.atoms[static_cast<std::size_t>(s)];

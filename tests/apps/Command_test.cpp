@@ -10,26 +10,12 @@
 #include <sstream>
 #include <string>
 
+#include "apps/CommandRun.h"
+
 namespace {
 
-struct Outcome {
-    int status;
-    std::string out, err;
-};
-
-Outcome run(const std::string& arguments) {
-    const std::string base = ::testing::TempDir() + "molcryst_command";
-    const std::string command =
-        std::string(MOLCRYST_COMMAND) + " " + arguments + " >" + base + ".out 2>" + base + ".err";
-    const int raw = std::system(command.c_str());
-    auto slurp = [](const std::string& path) {
-        std::ifstream in(path);
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
-    };
-    return Outcome{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, slurp(base + ".out"), slurp(base + ".err")};
-}
+using molcryst::testing::Outcome;
+using molcryst::testing::run;
 
 const std::string cifs = MOLCRYST_CIF_DIR;
 const std::string melaminium = cifs + "/cod-2224635-melaminium-phosphate-hydrate.cif";

@@ -12,25 +12,18 @@
 #include <vector>
 
 #include "molcryst/io/CifImport.h"
+#include "io/CifFiles.h"
 #include "molcryst/io/CifReader.h"
 #include "molcryst/io/StructureReport.h"
 #include "molcryst/molecule/Site.h"
 
 using namespace molcryst;
+using molcryst::testing::cif_files;
 
 namespace {
 
-const std::string directory = MOLCRYST_CIF_DIR;
+const std::string& directory = molcryst::testing::cif_directory;
 
-std::vector<std::string> all_files() {
-    std::vector<std::string> names;
-    std::ifstream checks(directory + "/CHECKS.txt");
-    std::string line;
-    while (std::getline(checks, line))
-        if (line.compare(0, 4, "cod-") == 0 && line.find(" | V calc") != std::string::npos)
-            names.push_back(line.substr(0, line.find(" |")));
-    return names;
-}
 
 /// "A: 1 0.767 3, 2 0.233 3; ..." : per assembly its groups with occupancy and number of sites.
 std::string summary(const CifDisorder& d) {
@@ -71,7 +64,7 @@ std::string structure(const std::string& sites) {
 
 TEST(CifDisorder, RealStructuresKeepTheirAlternativesApartInEveryState) {
     int disordered = 0;
-    for (const std::string& name : all_files()) {
+    for (const std::string& name : cif_files()) {
         const CifDocument doc = CifReader::read_file(directory + "/" + name);
         for (const CifBlock& block : doc.blocks) {
             const CifDisorder disorder(block);

@@ -6,35 +6,23 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "io/CifFiles.h"
 #include "molcryst/io/CifReader.h"
 #include "molcryst/io/MolecularSurroundings.h"
 #include "molcryst/io/StructureReport.h"
 #include "molcryst/molecule/Site.h"
 
 using namespace molcryst;
+using molcryst::testing::cif_files;
 
 namespace {
 
-const std::string directory = MOLCRYST_CIF_DIR;
+const std::string& directory = molcryst::testing::cif_directory;
 
-std::vector<std::string> cif_files() {
-    std::vector<std::string> names;
-    std::ifstream list(directory + "/CHECKS.txt");
-    std::string line;
-    while (std::getline(list, line)) {
-        const std::size_t end = line.find(".cif");
-        if (line.compare(0, 4, "cod-") == 0 && end != std::string::npos) {
-            const std::string name = line.substr(0, end + 4);
-            if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
-        }
-    }
-    return names;
-}
 
 // How many operators of the cell carry the molecule onto itself (with some
 // lattice translation): 1 in a general position, more on a symmetry element.

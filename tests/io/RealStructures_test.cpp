@@ -17,28 +17,18 @@
 #include <gemmi/cif.hpp>
 #include <gemmi/numb.hpp>
 
+#include "io/CifFiles.h"
 #include "molcryst/io/CifReader.h"
 #include "molcryst/io/StructureReport.h"
 
 using namespace molcryst;
+using molcryst::testing::cif_files;
 namespace cif = gemmi::cif;
 
 namespace {
 
-const std::string directory = MOLCRYST_CIF_DIR;
+const std::string& directory = molcryst::testing::cif_directory;
 
-std::vector<std::string> cif_files() {
-    std::vector<std::string> names;
-    std::ifstream checks(directory + "/CHECKS.txt");
-    std::string line;
-    std::set<std::string> seen;
-    while (std::getline(checks, line)) {
-        const std::size_t bar = line.find(" |");
-        if (line.compare(0, 4, "cod-") == 0 && bar != std::string::npos && seen.insert(line.substr(0, bar)).second)
-            names.push_back(line.substr(0, bar));
-    }
-    return names;
-}
 
 /// The line of CHECKS.txt about `file` that holds `marker`.
 std::string checks_line(const std::string& file, const std::string& marker) {

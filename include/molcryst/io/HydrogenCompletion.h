@@ -1,6 +1,7 @@
 // HydrogenCompletion: a deposited structure with the hydrogens it lacks.
 // Each heavy atom is counted in its whole molecule, where every neighbour it
-// has through symmetry stands beside it, by the kernel's valence rules; the
+// has through symmetry stands beside it, with bond orders read from the
+// geometry (BondOrderPerception), by the kernel's valence rules; the
 // missing hydrogens are placed there by the kernel's site rules and carried
 // back onto the deposited site as new atom sites of the block.
 #ifndef MOLCRYST_IO_HYDROGENCOMPLETION_H
@@ -37,13 +38,6 @@ public:
     static CifBlock complete(const StructureReport& report, const std::string& source, std::vector<Added>& added,
                              std::vector<std::string>& warnings);
 
-    /// Gives every bond of `molecule` a type from its ends and its length,
-    /// as valence counting needs and the atom-type rules alone do not give
-    /// (they leave most ring and multiple bonds unknown): a bond to a metal
-    /// is single; a bond of a flat five- or six-membered ring of short bonds
-    /// is aromatic; otherwise single, double or triple by its length against
-    /// the thresholds of its pair of elements.
-    static void perceive_bond_orders(Molecule& molecule);
 };
 
 }  // namespace molcryst
