@@ -112,6 +112,7 @@
 #include "molcryst/crystal/CrystalMaker.h"
 #include "molcryst/crystal/CrystalMakerHelpers.h"
 #include "molcryst/crystal/NewCrystal.h"
+#include "molcryst/crystal/NewCrystalMemento.h"
 
 // edit: geometry edits of molecules and the disorder states they step through
 #include "molcryst/edit/MoleculeGeometryEdit.h"
