@@ -16,13 +16,13 @@
 namespace molcryst {
 namespace app {
 
-namespace {
-
-std::string fixed(double value, int decimals) {
+std::string decimal_text(double value, int decimals) {
     std::ostringstream out;
     out << std::fixed << std::setprecision(decimals) << value;
     return out.str();
 }
+
+namespace {
 
 // Atoms within two bonds of `a`, with their number of bonds from it.
 std::vector<std::pair<HAtom, int> > within_two_bonds(const HAtom& a) {
@@ -100,11 +100,11 @@ nlohmann::json clashes_json(const std::vector<Clash>& clashes) {
 }
 
 void clashes_text(std::ostream& out, const std::vector<Clash>& clashes) {
-    out << "clashes: " << clashes.size() << " (overlaps of " << fixed(clash_overlap, 1)
+    out << "clashes: " << clashes.size() << " (overlaps of " << decimal_text(clash_overlap, 1)
         << " A or more that no hydrogen bond explains)\n";
     for (const Clash& c : clashes)
-        out << "  " << c.atom1 << "..." << c.atom2 << "  " << fixed(c.distance, 3) << "  overlap "
-            << fixed(c.overlap, 3) << "\n";
+        out << "  " << c.atom1 << "..." << c.atom2 << "  " << decimal_text(c.distance, 3) << "  overlap "
+            << decimal_text(c.overlap, 3) << "\n";
 }
 
 }  // namespace app

@@ -28,6 +28,9 @@ struct Clash {
 /// bonds are left out. The maker is switched to its 3D view.
 std::vector<Clash> find_clashes(const HCrystalMaker& maker);
 
+/// The value with `decimals` digits after the point.
+std::string decimal_text(double value, int decimals);
+
 /// [{"atom1", "atom2", "distance", "overlap"}].
 nlohmann::json clashes_json(const std::vector<Clash>& clashes);
 /// "clashes: N ..." and a table.

@@ -1,6 +1,5 @@
 // molcryst save: a structure as a saved crystal view, which report reads back.
 #include <CLI/CLI.hpp>
-
 #include <iostream>
 
 #include "Commands.h"
@@ -43,8 +42,8 @@ int SaveCommand::run(std::ostream& out, std::ostream& err) const {
         err << output_ << ": " << e.what() << "\n";
         return 1;
     }
-    out << "saved data_" << structures[0].name << " to " << output_ << ": "
-        << crystal.crystal_snapshot()->nmolecules() << " molecules, " << crystal.contacts()->size() << " contacts\n";
+    out << "saved data_" << structures[0].name << " to " << output_ << ": " << crystal.crystal_snapshot()->nmolecules()
+        << " molecules, " << crystal.contacts()->size() << " contacts\n";
     return 0;
 }
 

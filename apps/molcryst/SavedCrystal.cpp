@@ -14,12 +14,6 @@ namespace app {
 
 namespace {
 
-std::string fixed(double value, int decimals) {
-    std::ostringstream out;
-    out << std::fixed << std::setprecision(decimals) << value;
-    return out.str();
-}
-
 int natoms(const Crystal& c) {
     int n = 0;
     for (const HMolecule& m : *c.molecules()) n += m->natoms();
@@ -99,13 +93,15 @@ int report_saved_crystal(const std::string& file, bool json, bool clashes, std::
         return 0;
     }
     out << "saved crystal: " << file << "\n";
-    out << "cell: a = " << fixed(cell.a(), 4) << ", b = " << fixed(cell.b(), 4) << ", c = " << fixed(cell.c(), 4)
-        << ", alpha = " << fixed(cell.alpha().degrees(), 3) << ", beta = " << fixed(cell.beta().degrees(), 3)
-        << ", gamma = " << fixed(cell.gamma().degrees(), 3) << ", volume = " << fixed(cell.volume(), 1) << " A^3\n";
+    out << "cell: a = " << decimal_text(cell.a(), 4) << ", b = " << decimal_text(cell.b(), 4)
+        << ", c = " << decimal_text(cell.c(), 4) << ", alpha = " << decimal_text(cell.alpha().degrees(), 3)
+        << ", beta = " << decimal_text(cell.beta().degrees(), 3)
+        << ", gamma = " << decimal_text(cell.gamma().degrees(), 3) << ", volume = " << decimal_text(cell.volume(), 1)
+        << " A^3\n";
     out << "spacegroup: " << sg.name() << " (number " << sg.number() << "), " << sg.noperators() << " operators\n";
     out << "picture: " << shown->nmolecules() << " molecules, " << natoms(*shown)
-        << " atoms, packing: " << (crystal.packing() ? "yes" : "no") << ", slicing: " << (crystal.slicing() ? "yes" : "no")
-        << "\n";
+        << " atoms, packing: " << (crystal.packing() ? "yes" : "no")
+        << ", slicing: " << (crystal.slicing() ? "yes" : "no") << "\n";
     out << "criteria:";
     for (const std::string& c : criteria) out << " " << c;
     out << (criteria.empty() ? " none\n" : "\n");

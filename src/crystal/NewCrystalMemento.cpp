@@ -64,8 +64,8 @@ NewCrystalMemento::NewCrystalMemento(const NewCrystal& crystal)
       slicing_displacement_(crystal.slicing_displacement()),
       criteria_(crystal.contact_criteria()),
       contact_filter_(crystal.contact_filter()) {
-    MOLCRYST_DEBUG_LINE(3, "Entered NewCrystalMemento::NewCrystalMemento(const NewCrystal& crystal) - "
-                               << address(this));
+    MOLCRYST_DEBUG_LINE(3,
+                        "Entered NewCrystalMemento::NewCrystalMemento(const NewCrystal& crystal) - " << address(this));
     const HCrystal snapshot = crystal.crystal_snapshot();
     set_crystal(crystal.crystal_maker(), snapshot, crystal.contacts());
 }
@@ -83,8 +83,8 @@ NewCrystalMemento::NewCrystalMemento(const NewCrystalMemento& other)
       criteria_(other.criteria_),
       contact_filter_(other.contact_filter_),
       contact_mementos_(other.contact_mementos_) {
-    MOLCRYST_DEBUG_LINE(3, "Entered NewCrystalMemento::NewCrystalMemento(const NewCrystalMemento& other) - "
-                               << address(this));
+    MOLCRYST_DEBUG_LINE(
+        3, "Entered NewCrystalMemento::NewCrystalMemento(const NewCrystalMemento& other) - " << address(this));
 }
 
 NewCrystalMemento& NewCrystalMemento::operator=(const NewCrystalMemento& other) = default;
@@ -158,10 +158,10 @@ Hvector_HMolecularContact NewCrystalMemento::contacts() const {
     Hvector_HMolecularContact out(new vector_HMolecularContact());
     out->reserve(contact_mementos_.size());
     for (const MolecularContactMemento& m : contact_mementos_)
-        out->push_back(HMolecularContact(new MolecularContact(
-            BasicContact(m.contact_.atom_from(), m.contact_.atom_to()),
-            base_molecules_.at(static_cast<std::size_t>(m.molecule_from_index_)),
-            base_molecules_.at(static_cast<std::size_t>(m.molecule_to_index_)), 0)));
+        out->push_back(HMolecularContact(
+            new MolecularContact(BasicContact(m.contact_.atom_from(), m.contact_.atom_to()),
+                                 base_molecules_.at(static_cast<std::size_t>(m.molecule_from_index_)),
+                                 base_molecules_.at(static_cast<std::size_t>(m.molecule_to_index_)), 0)));
     return out;
 }
 

@@ -8,7 +8,7 @@ namespace molcryst {
 
 NewCrystalPrivate::NewCrystalPrivate(const NewCrystalMemento& memento)
     : crystal_maker_(memento.crystal_maker().unhand() != nullptr ? memento.crystal_maker()
-                                                                  : HCrystalMaker(new CrystalMaker())),
+                                                                 : HCrystalMaker(new CrystalMaker())),
       packing_(memento.packing()),
       packing_box_(memento.packing_box()),
       slicing_(memento.slicing()),

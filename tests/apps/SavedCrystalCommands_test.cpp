@@ -75,11 +75,10 @@ TEST(SavedCrystalCommands, ClashesAreCloseContactsThatNoHydrogenBondExplains) {
     // bond explains. Its N-H...O and O-H...O bonds are not listed.
     Outcome found = run("report --clashes --json " + cifs + "cod-4504659-5-fluorocytosine-hydrate.cif");
     ASSERT_EQ(found.status, 0) << found.err;
-    const nlohmann::json clashes =
-        nlohmann::json::parse(found.out).at("files").at(0).at("blocks").at(0).at("clashes");
+    const nlohmann::json clashes = nlohmann::json::parse(found.out).at("files").at(0).at("blocks").at(0).at("clashes");
     ASSERT_FALSE(clashes.empty());
-    EXPECT_EQ(clashes.at(0), nlohmann::json::parse(
-                                 R"({"atom1": "H51", "atom2": "H32", "distance": 1.3083, "overlap": 1.0917})"));
+    EXPECT_EQ(clashes.at(0),
+              nlohmann::json::parse(R"({"atom1": "H51", "atom2": "H32", "distance": 1.3083, "overlap": 1.0917})"));
     for (const nlohmann::json& c : clashes) {
         EXPECT_GE(c.at("overlap").get<double>(), 0.4);
         EXPECT_NE(c.at("atom1").get<std::string>().substr(0, 1) + c.at("atom2").get<std::string>().substr(0, 1), "OO");
@@ -87,13 +86,12 @@ TEST(SavedCrystalCommands, ClashesAreCloseContactsThatNoHydrogenBondExplains) {
     Outcome text = run("report --clashes " + cifs + "cod-2015798-nitrobenzyl-thiazolidinone.cif");
     ASSERT_EQ(text.status, 0) << text.err;
     EXPECT_NE(text.out.find("clashes: "), std::string::npos);
-    EXPECT_FALSE(
-        nlohmann::json::parse(run("report --json " + cifs + "cod-2015798-nitrobenzyl-thiazolidinone.cif").out)
-            .at("files")
-            .at(0)
-            .at("blocks")
-            .at(0)
-            .contains("clashes"));
+    EXPECT_FALSE(nlohmann::json::parse(run("report --json " + cifs + "cod-2015798-nitrobenzyl-thiazolidinone.cif").out)
+                     .at("files")
+                     .at(0)
+                     .at("blocks")
+                     .at(0)
+                     .contains("clashes"));
 }
 
 }  // namespace

@@ -37,7 +37,8 @@ std::string pairs(const Hvector_HMolecularContact& contacts) {
     std::ostringstream out;
     for (const HMolecularContact& c : *contacts) {
         if (out.tellp() > 0) out << "; ";
-        out << c->molecule_from()->atom(c->atom_from())->label() << ">" << c->molecule_to()->atom(c->atom_to())->label();
+        out << c->molecule_from()->atom(c->atom_from())->label() << ">"
+            << c->molecule_to()->atom(c->atom_to())->label();
     }
     return out.str();
 }
@@ -133,15 +134,16 @@ TEST(ClashCriterion, DefaultsEqualityCopiesAndRadius) {
 TEST(ClashCriterion, InsideAMoleculeOnlyThePairItselfIsPutToTheHydrogenBondRule) {
     // HO-C-C-C-OH folded so that H1 points at O2 1.8 A away: paths H1..O2 5
     // bonds (4 from the donor), O1..O2 5, H1..C3 4.
-    const HMolecule3d m = molecule("O O1 0 0 0; H H1 0.96 0 0; C C1 -0.5 1.3 0; C C2 0.5 2.4 0; C C3 2.0 2.2 0;"
-                                   "O O2 2.76 0 0; H H2 3.2 -0.8 0",
-                                   "O1-H1 O1-C1 C1-C2 C2-C3 C3-O2 O2-H2");
+    const HMolecule3d m = molecule(
+        "O O1 0 0 0; H H1 0.96 0 0; C C1 -0.5 1.3 0; C C2 0.5 2.4 0; C C3 2.0 2.2 0;"
+        "O O2 2.76 0 0; H H2 3.2 -0.8 0",
+        "O1-H1 O1-C1 C1-C2 C2-C3 C3-O2 O2-H2");
     const CombinedCriterion within(true, 0.0, -5.0, INTRAMOLECULAR, 4, 999, false);
-    const ClashCriterion c(within, HBondCriterion(0.0, -5.0, Angle::from_degrees(120), true, false, INTRAMOLECULAR,
-                                                  4, 999));
+    const ClashCriterion c(within,
+                           HBondCriterion(0.0, -5.0, Angle::from_degrees(120), true, false, INTRAMOLECULAR, 4, 999));
     const int o1 = 0, h1 = 1, c3 = 4, o2 = 5;
     EXPECT_EQ(within.find_intramolecular_contact(*m, h1, o2)->size(), 1u);
-    EXPECT_TRUE(c.find_intramolecular_contact(*m, h1, o2)->empty());  // the hydrogen bond itself
+    EXPECT_TRUE(c.find_intramolecular_contact(*m, h1, o2)->empty());   // the hydrogen bond itself
     EXPECT_EQ(c.find_intramolecular_contact(*m, h1, c3)->size(), 1u);  // carbon accepts nothing
     // Between the two oxygens the hydrogen on O1 is not asked, unlike
     // between molecules: the overlap stays a clash.

@@ -31,7 +31,8 @@ std::vector<HContactCriterion> one_of_each() {
     HBondCriterion* h = new HBondCriterion(1.5, -1.0, Angle::from_degrees(135), false, true, INTRAMOLECULAR, 2, 7);
     return {HContactCriterion(new DistanceCriterion(3.5, 1.0, INTRA_AND_INTERMOLECULAR, 1, 9, false, set_of({6}))),
             HContactCriterion(new VdWCriterion(0.5, -2.0, INTRAMOLECULAR, 3, 5, false, set_of({7, 8}), set_of({1}))),
-            HContactCriterion(new CombinedCriterion(true, 0.2, -3.0, INTERMOLECULAR, 0, 4, false)), HContactCriterion(h)};
+            HContactCriterion(new CombinedCriterion(true, 0.2, -3.0, INTERMOLECULAR, 0, 4, false)),
+            HContactCriterion(h)};
 }
 
 std::vector<unsigned char> archived(const HContactCriterion& c) {

@@ -193,8 +193,8 @@ std::vector<unsigned char> v1_water() {
     const Element elements[2] = {Element::O, Element::H};
     for (int i = 0; i < 2; ++i) {
         elements[i].write(ar);
-        ar << static_cast<unsigned short>(0) << static_cast<short>(0) << 0.7 << std::string(labels[i]) << 0 << 0
-           << 0.0 << 0.0 << 0.0 << i << false;
+        ar << static_cast<unsigned short>(0) << static_cast<short>(0) << 0.7 << std::string(labels[i]) << 0 << 0 << 0.0
+           << 0.0 << 0.0 << i << false;
     }
     ar << 1 << ((0u << 18) + (1u << 4) + 1u);  // one single bond
     ar << 2 << 1 << Point(1, 2, 3) << Point(0.1, 0.2, 0.3) << 1.0 << 1 << Point(1.9, 2, 3) << Point(0.19, 0.2, 0.3)
@@ -215,8 +215,7 @@ std::vector<unsigned char> memento_bytes(int version, const std::vector<unsigned
     b = b + words({static_cast<int>(picture.size())}) + words(picture) + std::vector<unsigned char>{0} +
         written(NewCrystal::default_packing_box()) + std::vector<unsigned char>{0} + written(Plane()) +
         doubles({5, 0}) + criteria + std::vector<unsigned char>{0} + words({static_cast<int>(contacts.size())});
-    for (const std::vector<int>& c : contacts)
-        b = b + words({c[0], c[1]}) + written(BasicContact(c[2], c[3], 2.0));
+    for (const std::vector<int>& c : contacts) b = b + words({c[0], c[1]}) + written(BasicContact(c[2], c[3], 2.0));
     return b;
 }
 
@@ -267,7 +266,8 @@ TEST(NewCrystalMemento, BothVersionsReadAndBadArchivesLeaveTheObjectAsItWas) {
          "NewCrystalMemento::read contact_mementos: contact to index 5 is outside the pool of 2 molecules"},
         {memento_bytes(2, v2_water(), 2, {0}, {{0, 1, 3, 0}}),
          "NewCrystalMemento::read contact_mementos: contact from atom 3 is outside its molecule of 3 atoms"},
-        {memento_bytes(2, v2_water(), 1, {0}, {}, words({1, 4}) + std::vector<unsigned char>{'B', 'o', 'n', 'd'} + words({0, 0, 0})),
+        {memento_bytes(2, v2_water(), 1, {0}, {},
+                       words({1, 4}) + std::vector<unsigned char>{'B', 'o', 'n', 'd'} + words({0, 0, 0})),
          "Unrecognised contact definition: Bond"},
     };
     for (const auto& entry : bad) {

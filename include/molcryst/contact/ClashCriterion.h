@@ -63,8 +63,7 @@ public:
 
     /// Whether no hydrogen bond explains the pair `x` (of `m1`) and `y` (of
     /// `m2`): by hydrogens, or by their parent atoms with `no_hydrogens`.
-    bool is_not_hbound(const HMolecule& m1, const THandle<Atom>& x, const HMolecule& m2,
-                       const THandle<Atom>& y) const;
+    bool is_not_hbound(const HMolecule& m1, const THandle<Atom>& x, const HMolecule& m2, const THandle<Atom>& y) const;
     /// Two hydrogens: never bound. One: the pair itself. None: every
     /// hydrogen on either atom towards the other.
     bool is_not_hbound_when_using_hydrogen(const HMolecule& m1, const THandle<Atom>& x, const HMolecule& m2,
