@@ -34,6 +34,7 @@ private:
     bool surroundings_ = false;
     long long disorder_state_ = -1;  // the state to report in; -1 for the structure as deposited
     bool expand_ = false;  // --expand: the hydrogen-bonded network grown from the asymmetric unit
+    bool clashes_ = false;  // --clashes: close contacts that no hydrogen bond explains
 };
 
 /// molcryst pack [--json] FILE --box a,b,c: the molecules whose centroids
@@ -64,6 +65,22 @@ private:
     std::string file_;
     std::string output_;
     std::vector<double> box_;
+};
+
+/// molcryst save FILE OUT.mcr [--expand]: the first structure of the file as
+/// a saved crystal view, its hydrogen-bonded network grown first if asked;
+/// report reads it back.
+class SaveCommand {
+public:
+    explicit SaveCommand(CLI::App& parent);
+    bool chosen() const;
+    int run(std::ostream& out, std::ostream& err) const;
+
+private:
+    CLI::App* command_;
+    std::string file_;
+    std::string output_;
+    bool expand_ = false;
 };
 
 }  // namespace app

@@ -57,12 +57,21 @@ int rank(const std::vector<Vector<int, 3> >& vs) {
 
 }  // namespace
 
+HContactCriterion default_hbond_criterion() {
+    return HContactCriterion(
+        new HBondCriterion(0.0, -5.0, Angle::from_degrees(120.0), true, false, INTRA_AND_INTERMOLECULAR, 3, 999));
+}
+
 HBondNetwork expand_hbond_network(const HCrystalMaker& maker) {
     NewCrystal crystal(maker);
-    crystal.add_contact_criterion(HContactCriterion(
-        new HBondCriterion(0.0, -5.0, Angle::from_degrees(120.0), true, false, INTRA_AND_INTERMOLECULAR, 3, 999)));
+    crystal.add_contact_criterion(default_hbond_criterion());
     crystal.expand_fully();
     crystal.notify();
+    return summarise_hbond_network(crystal);
+}
+
+HBondNetwork summarise_hbond_network(const NewCrystal& crystal) {
+    const HCrystalMaker& maker = crystal.crystal_maker();
 
     // A one-atom molecule is whole only if its stored molecule has one sited
     // atom; else it stands in for a neighbour not shown.

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "molcryst/crystal/CrystalMaker.h"
+#include "molcryst/crystal/NewCrystal.h"
 #include "molcryst/geometry/Vector.h"
 
 namespace molcryst {
@@ -26,6 +27,11 @@ struct HBondNetwork {
 /// Expands the maker's asymmetric unit along its hydrogen bonds; the maker
 /// is switched to its 3D view.
 HBondNetwork expand_hbond_network(const HCrystalMaker& maker);
+/// The network as a view shows it, grown or not (a saved crystal read back).
+HBondNetwork summarise_hbond_network(const NewCrystal& crystal);
+/// The hydrogen-bond rule of report: vdW corrected, with hydrogens, both
+/// inter- and intramolecular, bond paths from 3.
+HContactCriterion default_hbond_criterion();
 
 /// {"molecules", "contacts", "open_contacts", "polymeric_directions", "dimensions"}.
 nlohmann::json network_json(const HBondNetwork& network);

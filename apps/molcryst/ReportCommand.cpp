@@ -10,7 +10,9 @@
 #include <sstream>
 
 #include "Commands.h"
+#include "Clashes.h"
 #include "HBondNetwork.h"
+#include "SavedCrystal.h"
 #include "molcryst/io/CifImport.h"
 #include "molcryst/io/CifDisorder.h"
 #include "molcryst/io/CifReader.h"
@@ -297,7 +299,8 @@ void disorder_text(std::ostream& out, const CifDisorder& disorder, const CifBloc
 
 ReportCommand::ReportCommand(CLI::App& parent) {
     command_ = parent.add_subcommand("report", "Report cell, symmetry, molecules, bonds and hydrogen bonds");
-    command_->add_option("files", files_, "CIF files")->required();
+    command_->add_option("files", files_, "CIF files, or crystals saved by save (.mcr)")->required();
+    command_->add_flag("--clashes", clashes_, "List close contacts between molecules that no hydrogen bond explains");
     command_->add_flag("--json", json_, "Print one JSON document");
     command_->add_flag("--expand", expand_, "Grow the hydrogen-bonded network from the asymmetric unit");
     command_->add_flag("--add-hydrogens", add_hydrogens_,
@@ -321,6 +324,12 @@ int ReportCommand::run(std::ostream& out, std::ostream& err) const {
     document["molcryst"] = MOLCRYST_VERSION;
     document["files"] = json::array();
     for (const std::string& file : files_) {
+        if (is_saved_crystal(file)) {
+            json entry{{"file", file}};
+            status |= report_saved_crystal(file, json_, clashes_, out, err, entry);
+            if (entry.contains("saved_crystal")) document["files"].push_back(entry);
+            continue;
+        }
         CifDocument cif;
         try {
             cif = CifReader::read_file(file);
@@ -364,11 +373,13 @@ int ReportCommand::run(std::ostream& out, std::ostream& err) const {
                     json b = block_json(*report, extras);
                     b["disorder"] = disorder_json(disorder, block, disorder_state_);
                     if (expand_) b["hbond_network"] = network_json(expand_hbond_network(CifImport::crystal_maker(*report)));
+                    if (clashes_) b["clashes"] = clashes_json(find_clashes(CifImport::crystal_maker(*report)));
                     entry["blocks"].push_back(b);
                 } else {
                     block_text(out, *report, extras);
                     disorder_text(out, disorder, block, disorder_state_);
                     if (expand_) network_text(out, expand_hbond_network(CifImport::crystal_maker(*report)));
+                    if (clashes_) clashes_text(out, find_clashes(CifImport::crystal_maker(*report)));
                 }
             } catch (const std::exception& e) {
                 const std::string line = CifError(file, block.line, e.what()).what();

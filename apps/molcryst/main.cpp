@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
     molcryst::app::ReportCommand report(app);
     molcryst::app::PackCommand pack(app);
     molcryst::app::ConvertCommand convert(app);
+    molcryst::app::SaveCommand save(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -23,5 +24,6 @@ int main(int argc, char** argv) {
     if (report.chosen()) return report.run(std::cout, std::cerr);
     if (pack.chosen()) return pack.run(std::cout, std::cerr);
     if (convert.chosen()) return convert.run(std::cout, std::cerr);
+    if (save.chosen()) return save.run(std::cout, std::cerr);
     return 2;
 }

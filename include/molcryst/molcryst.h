@@ -99,6 +99,8 @@
 #include "molcryst/contact/VdWCriterion.h"
 #include "molcryst/contact/CombinedCriterion.h"
 #include "molcryst/contact/HBondCriterion.h"
+#include "molcryst/contact/ClashCriterion.h"
+#include "molcryst/contact/ContactCriterionArchiver.h"
 #include "molcryst/contact/CriterionSpecifics.h"
 #include "molcryst/contact/BondDistanceLimit.h"
 
@@ -110,6 +112,7 @@
 #include "molcryst/crystal/CrystalMaker.h"
 #include "molcryst/crystal/CrystalMakerHelpers.h"
 #include "molcryst/crystal/NewCrystal.h"
+#include "molcryst/crystal/NewCrystalMemento.h"
 
 // edit: geometry edits of molecules and the disorder states they step through
 #include "molcryst/edit/MoleculeGeometryEdit.h"

@@ -6,6 +6,7 @@
 
 #include "NewCrystalPrivate.h"
 #include "molcryst/contact/VdWCriterion.h"
+#include "molcryst/crystal/NewCrystalMemento.h"
 #include "molcryst/molecule/Bond.h"
 #include "molcryst/molecule/MoleculeFunctions.h"
 #include "molcryst/molecule/Site.h"
@@ -53,12 +54,19 @@ NewCrystal::~NewCrystal() {
     delete private_;
 }
 
-void NewCrystal::write(Archive&) const {
-    throw std::runtime_error("NewCrystal::write(Archive&) saving a crystal view is not supported yet");
+NewCrystal::NewCrystal(const NewCrystalMemento& memento) : private_(new NewCrystalPrivate(memento)) {
+    MOLCRYST_DEBUG_LINE(3, "Entered NewCrystal::NewCrystal(const NewCrystalMemento& memento) - " << address(this));
+    private_->validate(NewCrystalPrivate::validation_level_);
 }
 
-void NewCrystal::read(Archive&) {
-    throw std::runtime_error("NewCrystal::read(Archive&) reading a crystal view is not supported yet");
+void NewCrystal::write(Archive& ar) const { NewCrystalMemento(*this).write(ar); }
+
+void NewCrystal::read(Archive& ar) {
+    NewCrystalMemento memento;
+    memento.read(ar);
+    NewCrystalPrivate* restored = new NewCrystalPrivate(memento);
+    delete private_;
+    private_ = restored;
 }
 
 void NewCrystal::print(std::ostream& os) const {

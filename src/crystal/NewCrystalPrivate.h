@@ -19,6 +19,7 @@
 
 namespace molcryst {
 
+class NewCrystalMemento;
 typedef THandle<CriterionSpecifics> HCriterionSpecifics;
 
 /// NewCrystal's settings, criteria and snapshots, and every operation on them.
@@ -26,6 +27,8 @@ class NewCrystalPrivate {
 public:
     NewCrystalPrivate();
     explicit NewCrystalPrivate(const HCrystalMaker& crystal_maker);
+    /// The saved view (NewCrystalPrivate_memento.cpp).
+    explicit NewCrystalPrivate(const NewCrystalMemento& memento);
     /// Deep; see NewCrystal's copy.
     NewCrystalPrivate(const NewCrystalPrivate& x);
     NewCrystalPrivate& operator=(const NewCrystalPrivate&) = delete;

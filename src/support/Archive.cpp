@@ -80,15 +80,32 @@ Archive::~Archive() {
     if (owns_ && file_ != nullptr) std::fclose(file_);
 }
 
+namespace {
+
+// An archive reads and writes many small items, and each stdio call would
+// take the stream's lock; an Archive is used by one thread at a time, so
+// where the C library offers the unlocked calls they are used.
+#if defined(__GLIBC__)
+std::size_t read_stream(void* data, std::size_t n, std::FILE* file) { return fread_unlocked(data, 1, n, file); }
+std::size_t write_stream(const void* data, std::size_t n, std::FILE* file) {
+    return fwrite_unlocked(data, 1, n, file);
+}
+#else
+std::size_t read_stream(void* data, std::size_t n, std::FILE* file) { return std::fread(data, 1, n, file); }
+std::size_t write_stream(const void* data, std::size_t n, std::FILE* file) { return std::fwrite(data, 1, n, file); }
+#endif
+
+}  // namespace
+
 void Archive::write_bytes(const void* data, std::size_t n) {
     if (n == 0) return;
     size_ = -1;  // the stream may grow
-    if (std::fwrite(data, 1, n, file_) != n) throw std::runtime_error(std::string(field()) + ": cannot write to archive");
+    if (write_stream(data, n, file_) != n) throw std::runtime_error(std::string(field()) + ": cannot write to archive");
 }
 
 void Archive::read_bytes(void* data, std::size_t n, const char* what_type) {
     if (n == 0) return;
-    if (std::fread(data, 1, n, file_) != n) {
+    if (read_stream(data, n, file_) != n) {
         std::clearerr(file_);
         read_error(std::string("archive ends early reading ") + what_type);
     }

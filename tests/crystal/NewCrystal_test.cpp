@@ -154,9 +154,6 @@ TEST(NewCrystal, CopiesAreDeepAndKeepSettingsCriteriaAndObservers) {
     EXPECT_EQ(printed.str().substr(0, 25), "packing: 1\npacking box: (");
     EXPECT_NE(printed.str().find("slicing thickness: 3\nslicing displacement: 0\ncontact criteria: "),
               std::string::npos);
-
-    Archive ar(std::tmpfile(), true);
-    EXPECT_EQ(error_text<std::runtime_error>([&] { crystal.write(ar); }).substr(0, 27), "NewCrystal::write(Archive&)");
 }
 
 TEST(NewCrystal, EditsOnImagesLandOnTheBaseStructureAndNotifyOnce) {

@@ -111,6 +111,8 @@ protected:
     /// contact, whatever the atoms, so that group searches may skip far
     /// pairs. False unless a class proves it for itself (not for subclasses).
     virtual bool radius_bounds_reach() const;
+    /// radius_bounds_reach of another criterion, for classes that search through a member.
+    static bool bounds_reach_of(const ContactCriterion& criterion) { return criterion.radius_bounds_reach(); }
 
     /// How far the walk behind path_length() goes from an atom: pairs
     /// farther apart read as one bond beyond it. max_path unless a class

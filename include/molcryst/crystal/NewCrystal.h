@@ -29,6 +29,7 @@ namespace molcryst {
 
 class Archive;
 class NewCrystal;
+class NewCrystalMemento;
 class NewCrystalPrivate;
 
 typedef THandle<NewCrystal> HNewCrystal;
@@ -45,12 +46,17 @@ public:
     /// criteria with their base contacts still to calculate. The copy is
     /// connected to the same observers.
     NewCrystal(const NewCrystal& x);
+    /// The view a memento holds, as saved: its picture and contacts shown
+    /// without a rebuild, its criteria active.
+    explicit NewCrystal(const NewCrystalMemento& memento);
     /// As the copy, then one notification. Self-assignment does nothing.
     NewCrystal& operator=(const NewCrystal& x);
     ~NewCrystal() override;
 
-    /// Saving goes through a memento of the whole view, which is not part of
-    /// this library yet: both throw std::runtime_error.
+    /// Through a NewCrystalMemento of the whole view, so that expansions
+    /// survive a save. A criterion that cannot be archived throws
+    /// std::runtime_error before anything is written; a failed read throws
+    /// std::runtime_error and leaves the view as it was. Neither notifies.
     virtual void write(Archive& ar) const;
     virtual void read(Archive& ar);
     /// The settings, the active criteria and the addresses of the held objects.
