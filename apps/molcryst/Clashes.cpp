@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <iomanip>
 #include <ostream>
 #include <set>
@@ -24,34 +25,89 @@ std::string decimal_text(double value, int decimals) {
 
 namespace {
 
-// Atoms within two bonds of `a`, with their number of bonds from it.
-std::vector<std::pair<HAtom, int> > within_two_bonds(const HAtom& a) {
-    std::vector<std::pair<HAtom, int> > near{{a, 0}};
-    for (const HAtom& n : a->neighbours()) {
-        near.emplace_back(n, 1);
-        for (const HAtom& m : n->neighbours())
-            if (m != a) near.emplace_back(m, 2);
-    }
-    return near;
-}
-
-// Whether atoms `a` and `b` of two molecules are joined by three bonds or
-// fewer, one of them a bond between the molecules (two atoms within bonding
-// distance, hydrogens never bonded to each other): a molecule split by
-// symmetry (on a special position, or a polymer) meets its own images there,
-// and those pairs are bonds and angles, not clashes.
-bool joined_through_symmetry(const HAtom& a, const HAtom& b) {
-    const std::vector<std::pair<HAtom, int> > near_a = within_two_bonds(a), near_b = within_two_bonds(b);
-    for (const auto& x : near_a)
-        for (const auto& y : near_b) {
-            if (x.second + y.second > 2 || !x.first->has_site() || !y.first->has_site()) continue;
-            if (x.first->element().atomic_number() == 1 && y.first->element().atomic_number() == 1) continue;
-            if (distance(x.first->site()->orth(), y.first->site()->orth()) <=
-                BondDistanceLimit::limit(x.first->element(), y.first->element()))
-                return true;
+// The bonds of the deposited atoms through symmetry: for each symmetry tag,
+// the tags it is bonded to and where, as an operator and a lattice
+// translation applied to the partner. Two atoms within their bonding
+// distance are bonded, hydrogens never to each other, as in the report.
+class PeriodicBonds {
+public:
+    explicit PeriodicBonds(const CrystalMaker& maker) : cell_(maker.cell()) {
+        for (int i = 0; i < maker.nmolecules(); ++i) {
+            const HMolecule m = maker.molecule(i);
+            for (int k = 0; k < m->natoms(); ++k)
+                if (m->atom(k)->has_site() && m->atom(k)->symmtag() >= 0) atoms_[m->atom(k)->symmtag()] = m->atom(k);
         }
-    return false;
-}
+        const std::vector<CrystalSymmetryOperator>& ops = cell_.spacegroup().operators();
+        for (const auto& s : atoms_)
+            for (const auto& t : atoms_) {
+                const Element& es = s.second->element();
+                const Element& et = t.second->element();
+                if (es.atomic_number() == 1 && et.atomic_number() == 1) continue;
+                const double limit = BondDistanceLimit::limit(es, et);
+                const Point& ps = s.second->site()->frac();
+                for (std::size_t op = 0; op < ops.size(); ++op) {
+                    // The nearest lattice image is enough: bonds are far shorter than half a cell.
+                    const Point moved = ops[op] * t.second->site()->frac();
+                    Vector<int, 3> lattice;
+                    for (int x = 0; x < 3; ++x) lattice[x] = static_cast<int>(std::lround(ps[x] - moved[x]));
+                    const Point at(moved + Vector<double, 3>(lattice));
+                    const double d = distance(cell_.orthogonal(ps), cell_.orthogonal(at));
+                    if (d > 0.4 && d <= limit) bonds_[s.first].push_back(Bond{t.first, static_cast<int>(op), lattice});
+                }
+            }
+    }
+
+    // Whether `b` is within three bonds of `a`, through any symmetry.
+    bool joined(const HAtom& a, const HAtom& b) const {
+        std::vector<Node> frontier{Node{a->symmtag(), a->site()->frac()}};
+        for (int depth = 0; depth < 3 && !frontier.empty(); ++depth) {
+            std::vector<Node> next;
+            for (const Node& n : frontier)
+                for (const Node& m : partners(n)) {
+                    if (m.tag == b->symmtag() && equals(m.frac, b->site()->frac(), 1e-3)) return true;
+                    next.push_back(m);
+                }
+            frontier.swap(next);
+        }
+        return false;
+    }
+
+private:
+    struct Bond {
+        int tag, op;
+        Vector<int, 3> lattice;
+    };
+    struct Node {
+        int tag;
+        Point frac;
+    };
+
+    // The atoms bonded to an image of a deposited atom: its bonds as
+    // deposited, carried by the operator and translation that place it.
+    std::vector<Node> partners(const Node& n) const {
+        std::vector<Node> found;
+        const auto atom = atoms_.find(n.tag);
+        const auto bonds = bonds_.find(n.tag);
+        if (atom == atoms_.end() || bonds == bonds_.end()) return found;
+        const std::vector<CrystalSymmetryOperator>& ops = cell_.spacegroup().operators();
+        for (const CrystalSymmetryOperator& op : ops) {
+            const Point placed = op * atom->second->site()->frac();
+            const Vector<double, 3> shift(std::round(n.frac[0] - placed[0]), std::round(n.frac[1] - placed[1]),
+                                          std::round(n.frac[2] - placed[2]));
+            if (!equals(Point(placed + shift), n.frac, 1e-3)) continue;
+            for (const Bond& bond : bonds->second) {
+                const Point partner = ops[static_cast<std::size_t>(bond.op)] * atoms_.at(bond.tag)->site()->frac();
+                found.push_back(Node{bond.tag, Point(op * Point(partner + Vector<double, 3>(bond.lattice)) + shift)});
+            }
+            break;
+        }
+        return found;
+    }
+
+    Cell cell_;
+    std::map<int, HAtom> atoms_;
+    std::map<int, std::vector<Bond> > bonds_;
+};
 
 }  // namespace
 
@@ -66,13 +122,17 @@ std::vector<Clash> find_clashes(const HCrystalMaker& maker) {
     // Each neighbour brought in whole, so that both ends of a clash have
     // their bonds; the stand-in atoms at the new rim are passed over.
     crystal.expand_all_contacts();
+    // A molecule split by symmetry (on a special position, or a polymer)
+    // meets its own images: pairs joined by three bonds or fewer through
+    // any symmetry are bonds and angles, not clashes.
+    const PeriodicBonds bonds(*maker);
     std::vector<Clash> clashes;
     std::set<std::tuple<std::string, std::string, long long> > seen;  // either way round, to 1e-4 A
     for (const HMolecularContact& c : *crystal.contacts()) {
         if (crystal.expandable(c)) continue;
         const HAtom a = c->molecule_from()->atom(c->atom_from());
         const HAtom b = c->molecule_to()->atom(c->atom_to());
-        if (joined_through_symmetry(a, b)) continue;
+        if (bonds.joined(a, b)) continue;
         Clash clash;
         clash.atom1 = a->label();
         clash.atom2 = b->label();
