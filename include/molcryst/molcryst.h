@@ -127,5 +127,10 @@
 #include "molcryst/edit/DisorderAtom.h"
 #include "molcryst/edit/DisorderState.h"
 #include "molcryst/edit/DisorderSelector.h"
+#include "molcryst/edit/TorsionAngleSetting.h"
+#include "molcryst/edit/ValenceAngleSetting.h"
+#include "molcryst/edit/ConformationSetting.h"
+#include "molcryst/edit/StoredGeometry.h"
+#include "molcryst/edit/HydrogenNormalisation.h"
 
 #endif
