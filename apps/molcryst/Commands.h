@@ -35,6 +35,7 @@ private:
     long long disorder_state_ = -1;  // the state to report in; -1 for the structure as deposited
     bool expand_ = false;  // --expand: the hydrogen-bonded network grown from the asymmetric unit
     bool clashes_ = false;  // --clashes: close contacts that no hydrogen bond explains
+    bool normalise_hydrogens_ = false;  // --normalise-hydrogens: hydrogens at the neutron X-H distances
 };
 
 /// molcryst pack [--json] FILE --box a,b,c: the molecules whose centroids

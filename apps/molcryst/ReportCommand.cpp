@@ -12,12 +12,14 @@
 #include "Commands.h"
 #include "Clashes.h"
 #include "HBondNetwork.h"
+#include "NormalisedHydrogensReport.h"
 #include "SavedCrystal.h"
 #include "molcryst/io/CifImport.h"
 #include "molcryst/io/CifDisorder.h"
 #include "molcryst/io/CifReader.h"
 #include "molcryst/io/HydrogenCompletion.h"
 #include "molcryst/io/MolecularSurroundings.h"
+#include "molcryst/io/NormalisedHydrogens.h"
 #include "molcryst/io/StructureReport.h"
 
 namespace molcryst {
@@ -305,6 +307,8 @@ ReportCommand::ReportCommand(CLI::App& parent) {
     command_->add_flag("--expand", expand_, "Grow the hydrogen-bonded network from the asymmetric unit");
     command_->add_flag("--add-hydrogens", add_hydrogens_,
                        "Add the hydrogens each atom lacks, with sites, before bonds and hydrogen bonds are found");
+    command_->add_flag("--normalise-hydrogens", normalise_hydrogens_,
+                       "Move hydrogens to the standard neutron X-H distances before hydrogen bonds are found");
     command_->add_flag("--surroundings", surroundings_,
                        "List each molecule's neighbours by van der Waals contacts and hydrogen bonds");
     command_->add_option("--disorder-state", disorder_state_,
@@ -364,6 +368,12 @@ int ReportCommand::run(std::ostream& out, std::ostream& err) const {
                     report.reset(new StructureReport(*completed));
                     extras.added = &added;
                 }
+                std::vector<NormalisedHydrogens::Moved> normalised;
+                std::unique_ptr<CifBlock> normalised_block;
+                if (normalise_hydrogens_) {
+                    normalised_block.reset(new CifBlock(NormalisedHydrogens::normalise(*report, normalised)));
+                    report.reset(new StructureReport(*normalised_block));
+                }
                 std::vector<std::vector<MolecularSurroundings::Neighbour> > surroundings;
                 if (surroundings_) {
                     surroundings = MolecularSurroundings::of(*report);
@@ -372,11 +382,13 @@ int ReportCommand::run(std::ostream& out, std::ostream& err) const {
                 if (json_) {
                     json b = block_json(*report, extras);
                     b["disorder"] = disorder_json(disorder, block, disorder_state_);
+                    if (normalise_hydrogens_) b["normalised_hydrogens"] = normalised_json(report->block(), normalised);
                     if (expand_) b["hbond_network"] = network_json(expand_hbond_network(CifImport::crystal_maker(*report)));
                     if (clashes_) b["clashes"] = clashes_json(find_clashes(CifImport::crystal_maker(*report)));
                     entry["blocks"].push_back(b);
                 } else {
                     block_text(out, *report, extras);
+                    if (normalise_hydrogens_) normalised_text(out, report->block(), normalised);
                     disorder_text(out, disorder, block, disorder_state_);
                     if (expand_) network_text(out, expand_hbond_network(CifImport::crystal_maker(*report)));
                     if (clashes_) clashes_text(out, find_clashes(CifImport::crystal_maker(*report)));
