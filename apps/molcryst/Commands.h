@@ -15,7 +15,7 @@ class App;
 namespace molcryst {
 namespace app {
 
-/// molcryst report [--json] [--add-hydrogens] [--surroundings]
+/// molcryst report [--json] [--add-hydrogens] [--normalise-hydrogens] [--surroundings]
 /// [--disorder-state N] FILE...: cell, symmetry, molecules, bonds,
 /// hydrogen bonds and disorder assemblies of every structure in the files;
 /// optionally with the missing hydrogens added first, each molecule's
