@@ -120,6 +120,9 @@
 #include "molcryst/connectivity/Connectivity.h"
 #include "molcryst/connectivity/ConnectivityCreator.h"
 #include "molcryst/connectivity/ConnectivityInfo.h"
+#include "molcryst/connectivity/TopologyIndex.h"
+#include "molcryst/connectivity/Order3AtomTopologyIndex.h"
+#include "molcryst/connectivity/CrystalTopologyIndex.h"
 
 // edit: geometry edits of molecules and the disorder states they step through
 #include "molcryst/edit/MoleculeGeometryEdit.h"
