@@ -123,6 +123,10 @@
 #include "molcryst/connectivity/TopologyIndex.h"
 #include "molcryst/connectivity/Order3AtomTopologyIndex.h"
 #include "molcryst/connectivity/CrystalTopologyIndex.h"
+#include "molcryst/connectivity/database_error.h"
+#include "molcryst/connectivity/DatabaseEntry.h"
+#include "molcryst/connectivity/Database.h"
+#include "molcryst/connectivity/ArchiveDatabase.h"
 
 // edit: geometry edits of molecules and the disorder states they step through
 #include "molcryst/edit/MoleculeGeometryEdit.h"
