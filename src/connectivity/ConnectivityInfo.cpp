@@ -1,5 +1,6 @@
 #include "molcryst/connectivity/ConnectivityInfo.h"
 
+#include <cfloat>
 #include <cmath>
 #include <stdexcept>
 #include <string>
@@ -24,7 +25,11 @@ const int nfraction_rows = 5;
 const int max_passes_per_row = 64;
 
 // The fractional part as the walk sees it: on the single-precision value.
-double fractional_part(double multiplier) { return std::fmod(static_cast<double>(static_cast<float>(multiplier)), 1.0); }
+// Numbers beyond its range (or not numbers) have none it could see.
+double fractional_part(double multiplier) {
+    if (!(std::fabs(multiplier) <= static_cast<double>(FLT_MAX))) return 0.0;
+    return std::fmod(static_cast<double>(static_cast<float>(multiplier)), 1.0);
+}
 
 bool takes_part(const ConnectivityInfoItem& item) {
     return !item.multiplier_unknown && std::fabs(item.multiplier) >= zero_tolerance;
