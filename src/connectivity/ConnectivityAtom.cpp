@@ -7,6 +7,33 @@
 
 namespace molcryst {
 
+ConnectivityAtom::ConnectivityAtom() = default;
+ConnectivityAtom::ConnectivityAtom(const Element& element, int formal_charge)
+    : element_(element), formal_charge_(formal_charge) {}
+ConnectivityAtom::ConnectivityAtom(const ConnectivityAtom& other)
+    : element_(other.element_), formal_charge_(other.formal_charge_) {}
+ConnectivityAtom& ConnectivityAtom::operator=(const ConnectivityAtom& other) {
+    element_ = other.element_;
+    formal_charge_ = other.formal_charge_;
+    return *this;
+}
+ConnectivityAtom::~ConnectivityAtom() = default;
+
+// The graph questions are answered here, where both atom and bond types are complete.
+int ConnectivityAtom::index() const { return graph_data_.index(); }
+int ConnectivityAtom::nbonds() const { return graph_data_.nbonds(); }
+bool ConnectivityAtom::cyclic() const { return graph_data_.cyclic(); }
+int ConnectivityAtom::smallest_ring_size() const { return graph_data_.smallest_ring_size(); }
+ConnectivityAtom::NeighbourIterator ConnectivityAtom::begin_neighbours() const { return graph_data_.begin_neighbours(); }
+ConnectivityAtom::NeighbourIterator ConnectivityAtom::end_neighbours() const { return graph_data_.end_neighbours(); }
+std::deque<HConnectivityAtom> ConnectivityAtom::neighbours() const { return graph_data_.neighbours(); }
+ConnectivityAtom::BondIterator ConnectivityAtom::begin_bonds() const { return graph_data_.begin_bonds(); }
+ConnectivityAtom::BondIterator ConnectivityAtom::end_bonds() const { return graph_data_.end_bonds(); }
+std::deque<HConnectivityBond> ConnectivityAtom::bonds() const { return graph_data_.bonds(); }
+HConnectivityBond ConnectivityAtom::bond(int i) const { return graph_data_.bond(i); }
+bool ConnectivityAtom::is_in_connectivity() const { return graph_data_.is_in_connectivity(); }
+HConnectivityAtom ConnectivityAtom::clone() const { return HConnectivityAtom(new ConnectivityAtom(*this)); }
+
 int ConnectivityAtom::nhydrogens(bool all_isotopes) const {
     if (graph_data_.graph().unhand() == nullptr)
         throw std::runtime_error("ConnectivityAtom::nhydrogens cannot work when graph() == 0");

@@ -7,10 +7,26 @@
 
 namespace molcryst {
 
+ConnectivityBond::ConnectivityBond() = default;
+ConnectivityBond::ConnectivityBond(int type) { set_type(type); }
+ConnectivityBond::ConnectivityBond(const ConnectivityBond& other) : type_(other.type_) {}
+ConnectivityBond& ConnectivityBond::operator=(const ConnectivityBond& other) {
+    type_ = other.type_;
+    return *this;
+}
+ConnectivityBond::~ConnectivityBond() = default;
+
 void ConnectivityBond::set_type(int type) {
     if (type < 0 || type > 9) throw std::invalid_argument("ConnectivityBond::set_type: Illegal bond type.");
     type_ = type;
 }
+
+// The graph questions are answered here, where both atom and bond types are complete.
+int ConnectivityBond::index() const { return graph_data_.index(); }
+bool ConnectivityBond::cyclic() const { return graph_data_.cyclic(); }
+int ConnectivityBond::smallest_ring_size() const { return graph_data_.smallest_ring_size(); }
+bool ConnectivityBond::is_in_connectivity() const { return graph_data_.is_in_connectivity(); }
+HConnectivityBond ConnectivityBond::clone() const { return HConnectivityBond(new ConnectivityBond(*this)); }
 
 HConnectivityAtom ConnectivityBond::atom1() const { return graph_data_.atom1(); }
 HConnectivityAtom ConnectivityBond::atom2() const { return graph_data_.atom2(); }

@@ -199,6 +199,46 @@ TEST(ArchiveDatabase, IdentifiersNeverEscapeTheDirectory) {
     EXPECT_EQ(edited.entry(0)->identifier().text(), "fine");
 }
 
+// A read-only database in memory: what the base class gives every implementation.
+class ListDatabase : public Database<InfoEntry> {
+public:
+    explicit ListDatabase(const std::vector<std::string>& ids) : ids_(ids) {}
+    DatabaseEntryIdentifier identifier(int i) const override { return ids_.at(static_cast<std::size_t>(i)); }
+    bool identifier_exists(const DatabaseEntryIdentifier& id) const override { return index(id) != size(); }
+    int index(const DatabaseEntryIdentifier& id) const override {
+        for (int i = 0; i < size(); ++i)
+            if (ids_[static_cast<std::size_t>(i)] == id.text()) return i;
+        return size();
+    }
+    int size() const override { return static_cast<int>(ids_.size()); }
+    THandle<InfoEntry> entry(int i) const override { entry_error("ListDatabase", i); }
+    THandle<InfoEntry> entry(const DatabaseEntryIdentifier& id) const override { entry_error("ListDatabase", id); }
+    void flush() override {}
+
+private:
+    std::vector<std::string> ids_;
+};
+
+TEST(Database, TheBaseRefusesChangesAndFindsTheNearestEntry) {
+    ListDatabase db({"aa", "b"});
+    EXPECT_FALSE(db.writable());
+    EXPECT_EQ(error_text<database_error>([&] { db.append(info_entry("c")); }),
+              "Database::append: database is not opened for writing");
+    EXPECT_EQ(error_text<database_error>([&] { db.replace(info_entry("b")); }),
+              "Database::replace: database is not opened for writing");
+    EXPECT_EQ(error_text<database_error>([&] { db.remove(DatabaseEntryIdentifier("b")); }),
+              "Database::remove: database is not opened for writing");
+    EXPECT_EQ(error_text<database_error>([&] { db.entry(5); }), "ListDatabase::entry( int ) 5 is out of range");
+    EXPECT_EQ(error_text<std::runtime_error>([&] { db.entry(DatabaseEntryIdentifier("zz")); }),
+              "ListDatabase::entry( DatabaseEntryIdentifier zz is not in the database");
+    Database<InfoEntry>::IdentifierMatch match = Database<InfoEntry>::ExactMatch;
+    EXPECT_EQ(db.nearest_entry(DatabaseEntryIdentifier("ABC"), match), 1);
+    EXPECT_EQ(match, Database<InfoEntry>::NoMatch);
+    EXPECT_EQ(db.nearest_entry(DatabaseEntryIdentifier("AA"), match), 0);
+    EXPECT_EQ(match, Database<InfoEntry>::CaseMatch);
+    EXPECT_EQ(db.normalise_identifier(DatabaseEntryIdentifier("Ab")).text(), "Ab");
+}
+
 TEST(ArchiveDatabase, NearestEntry) {
     auto nearest = [](const std::vector<std::string>& ids, const std::string& target) {
         ScratchDirectory dir;

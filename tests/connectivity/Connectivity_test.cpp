@@ -236,6 +236,8 @@ TEST(Connectivity, RemoveAtomsByPredicate) {
     chain.add(HConnectivityBond(new ConnectivityBond(POLYMERIC_BOND)), cu, o1);
     chain.add(HConnectivityBond(new ConnectivityBond(POLYMERIC_BOND)), cu, o2);
     chain.add(HConnectivityBond(new ConnectivityBond(SINGLE_BOND)), o1, h);
+    EXPECT_TRUE(AtomPolymericTerminalHDPredicate<HConnectivityAtom>()(h));
+    EXPECT_FALSE(AtomPolymericTerminalHDPredicate<HConnectivityAtom>()(o1));
     EXPECT_EQ(chain.remove_atoms(AtomPolymericPredicate<HConnectivityAtom>()), 2);  // cu and o2
     EXPECT_EQ(chain.natoms(), 2);
     EXPECT_FALSE(cu->is_in_connectivity());

@@ -27,46 +27,46 @@ public:
     typedef GraphData::NeighbourIterator NeighbourIterator;
     typedef GraphData::BondIterator BondIterator;
 
+    // Constructors and destructor are out of line: they reach the graph
+    // types, which need the bond class complete.
     /// "Unknown" with charge 0.
-    ConnectivityAtom() = default;
-    explicit ConnectivityAtom(const Element& element, int formal_charge = 0)
-        : element_(element), formal_charge_(formal_charge) {}
-    ConnectivityAtom(const ConnectivityAtom& other) : element_(other.element_), formal_charge_(other.formal_charge_) {}
-    ConnectivityAtom& operator=(const ConnectivityAtom& other) {
-        element_ = other.element_;
-        formal_charge_ = other.formal_charge_;
-        return *this;
-    }
+    ConnectivityAtom();
+    explicit ConnectivityAtom(const Element& element, int formal_charge = 0);
+    /// Element and charge; the copy is free.
+    ConnectivityAtom(const ConnectivityAtom& other);
+    /// Element and charge; membership stays as it is.
+    ConnectivityAtom& operator=(const ConnectivityAtom& other);
+    ~ConnectivityAtom();
 
     Element element() const { return element_; }
     void set_element(const Element& element) { element_ = element; }
     int formal_charge() const { return formal_charge_; }
     void set_formal_charge(int charge) { formal_charge_ = charge; }
 
-    int index() const { return graph_data_.index(); }
-    int nbonds() const { return graph_data_.nbonds(); }
-    bool cyclic() const { return graph_data_.cyclic(); }
+    int index() const;
+    int nbonds() const;
+    bool cyclic() const;
     /// Size of the smallest ring through the atom; 0 when acyclic.
-    int smallest_ring_size() const { return graph_data_.smallest_ring_size(); }
+    int smallest_ring_size() const;
     /// Neighbours in handle order.
-    NeighbourIterator begin_neighbours() const { return graph_data_.begin_neighbours(); }
-    NeighbourIterator end_neighbours() const { return graph_data_.end_neighbours(); }
-    std::deque<HConnectivityAtom> neighbours() const { return graph_data_.neighbours(); }
+    NeighbourIterator begin_neighbours() const;
+    NeighbourIterator end_neighbours() const;
+    std::deque<HConnectivityAtom> neighbours() const;
     /// Bonds in the order of the neighbours they lead to.
-    BondIterator begin_bonds() const { return graph_data_.begin_bonds(); }
-    BondIterator end_bonds() const { return graph_data_.end_bonds(); }
-    std::deque<HConnectivityBond> bonds() const { return graph_data_.bonds(); }
-    HConnectivityBond bond(int i) const { return graph_data_.bond(i); }
+    BondIterator begin_bonds() const;
+    BondIterator end_bonds() const;
+    std::deque<HConnectivityBond> bonds() const;
+    HConnectivityBond bond(int i) const;
     /// Neighbours that are hydrogens: of atomic number 1 if `all_isotopes`,
     /// else plain hydrogen only (element code 2, not deuterium).
     int nhydrogens(bool all_isotopes) const;
 
     GraphData& graph_data() { return graph_data_; }
     const GraphData& graph_data() const { return graph_data_; }
-    bool is_in_connectivity() const { return graph_data_.is_in_connectivity(); }
+    bool is_in_connectivity() const;
 
     /// A free atom with the same element and charge.
-    HConnectivityAtom clone() const { return HConnectivityAtom(new ConnectivityAtom(*this)); }
+    HConnectivityAtom clone() const;
 
     /// Element and formal charge; the graph does not enter.
     bool operator==(const ConnectivityAtom& other) const {

@@ -22,15 +22,17 @@ class ConnectivityBond {
 public:
     typedef ChemicalGraphBondData<ConnectivityAtom, ConnectivityBond> GraphData;
 
+    // Constructors and destructor are out of line: they reach the graph
+    // types, which need the atom class complete.
     /// An unknown bond (type 0).
-    ConnectivityBond() = default;
+    ConnectivityBond();
     /// std::invalid_argument for a type outside 0 to 9, as set_type.
-    explicit ConnectivityBond(int type) { set_type(type); }
-    ConnectivityBond(const ConnectivityBond& other) : type_(other.type_) {}
-    ConnectivityBond& operator=(const ConnectivityBond& other) {
-        type_ = other.type_;
-        return *this;
-    }
+    explicit ConnectivityBond(int type);
+    /// The type; the copy is free.
+    ConnectivityBond(const ConnectivityBond& other);
+    /// The type; membership stays as it is.
+    ConnectivityBond& operator=(const ConnectivityBond& other);
+    ~ConnectivityBond();
 
     BondType type() const { return static_cast<BondType>(type_); }
     /// A type above 9 throws std::invalid_argument; so does a negative one,
@@ -41,17 +43,17 @@ public:
     HConnectivityAtom atom2() const;
     /// The end that is not `atom`.
     HConnectivityAtom other_atom(const HConnectivityAtom& atom) const;
-    int index() const { return graph_data_.index(); }
-    bool cyclic() const { return graph_data_.cyclic(); }
+    int index() const;
+    bool cyclic() const;
     /// Size of the smallest ring through the bond; 0 when acyclic.
-    int smallest_ring_size() const { return graph_data_.smallest_ring_size(); }
+    int smallest_ring_size() const;
 
     GraphData& graph_data() { return graph_data_; }
     const GraphData& graph_data() const { return graph_data_; }
-    bool is_in_connectivity() const { return graph_data_.is_in_connectivity(); }
+    bool is_in_connectivity() const;
 
     /// A free bond of the same type.
-    HConnectivityBond clone() const { return HConnectivityBond(new ConnectivityBond(*this)); }
+    HConnectivityBond clone() const;
 
     /// The types alone: bonds between different atoms are equal if their types are.
     bool operator==(const ConnectivityBond& other) const { return type_ == other.type_; }
