@@ -76,7 +76,12 @@ TEST(DbCommands, AddListShowAndAPlantedDuplicate) {
     EXPECT_EQ(shown.at("spacegroup").at("number"), 2);
     EXPECT_EQ(shown.at("topology_indices"), twin.at("topology_indices"));
     EXPECT_EQ(shown.at("composition"), twin.at("composition"));
-    EXPECT_EQ(shown.at("composition"), "C6H21N12O7P");  // two melaminium, a phosphate, three waters
+    EXPECT_EQ(shown.at("composition"), "C6H21N12O7P");
+    // Two melaminium cations, one hydrogen phosphate, three waters: one record each, with multipliers.
+    EXPECT_EQ(shown.at("connectivities"),
+              nlohmann::json::parse("[{\"atoms\": 16, \"bonds\": 16, \"multiplier\": 2.0},"
+                                    " {\"atoms\": 6, \"bonds\": 5, \"multiplier\": 1.0},"
+                                    " {\"atoms\": 3, \"bonds\": 2, \"multiplier\": 3.0}]"));
 
     // Identifiers are exact; the nearest one is named.
     Outcome missing = run("db show " + db + " MELAMINIUM-AGAIN");
