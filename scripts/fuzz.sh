@@ -2,7 +2,7 @@
 # Fuzzes a reader with libFuzzer under AddressSanitizer and
 # UndefinedBehaviorSanitizer: bash scripts/fuzz.sh [SECONDS] [TARGET]
 # (default 60 seconds, cif_reader_fuzz; the others are criterion_archiver_fuzz
-# and new_crystal_memento_fuzz). The corpus starts from the real structures of
+# new_crystal_memento_fuzz and connectivity_archive_fuzz). The corpus starts from the real structures of
 # the tests, or the archives in tests/fuzz/archives, and grows in
 # build/fuzz/corpus (build/fuzz/corpus-TARGET); a crash leaves its input in build/fuzz/.
 set -euo pipefail

@@ -84,6 +84,33 @@ private:
     bool expand_ = false;
 };
 
+/// molcryst db add|list|show|duplicates [--json] DB ...: an entry database
+/// of structures in the directory DB, one entry per CIF data block named
+/// after the block; list its identifiers, report one entry, and group the
+/// entries with equal crystal topology index and equal composition.
+class DbCommand {
+public:
+    explicit DbCommand(CLI::App& parent);
+    bool chosen() const;
+    int run(std::ostream& out, std::ostream& err) const;
+
+private:
+    int add(std::ostream& out, std::ostream& err) const;
+    int list(std::ostream& out, std::ostream& err) const;
+    int show(std::ostream& out, std::ostream& err) const;
+    int duplicates(std::ostream& out, std::ostream& err) const;
+
+    CLI::App* command_;
+    CLI::App* add_;
+    CLI::App* list_;
+    CLI::App* show_;
+    CLI::App* duplicates_;
+    std::string database_;
+    std::vector<std::string> files_;
+    std::string identifier_;
+    bool json_ = false;
+};
+
 }  // namespace app
 }  // namespace molcryst
 

@@ -114,6 +114,20 @@
 #include "molcryst/crystal/NewCrystal.h"
 #include "molcryst/crystal/NewCrystalMemento.h"
 
+// connectivity: graphs without geometry, their topology indices, entry databases
+#include "molcryst/connectivity/ConnectivityAtom.h"
+#include "molcryst/connectivity/ConnectivityBond.h"
+#include "molcryst/connectivity/Connectivity.h"
+#include "molcryst/connectivity/ConnectivityCreator.h"
+#include "molcryst/connectivity/ConnectivityInfo.h"
+#include "molcryst/connectivity/TopologyIndex.h"
+#include "molcryst/connectivity/Order3AtomTopologyIndex.h"
+#include "molcryst/connectivity/CrystalTopologyIndex.h"
+#include "molcryst/connectivity/database_error.h"
+#include "molcryst/connectivity/DatabaseEntry.h"
+#include "molcryst/connectivity/Database.h"
+#include "molcryst/connectivity/ArchiveDatabase.h"
+
 // edit: geometry edits of molecules and the disorder states they step through
 #include "molcryst/edit/MoleculeGeometryEdit.h"
 #include "molcryst/edit/MoleculeGeometrySelector.h"
