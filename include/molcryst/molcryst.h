@@ -114,6 +114,11 @@
 #include "molcryst/crystal/NewCrystal.h"
 #include "molcryst/crystal/NewCrystalMemento.h"
 
+// formula: sum, residue and crystal formulae with their text forms
+#include "molcryst/formula/SumFormula.h"
+#include "molcryst/formula/MoleculeChemicalFormula.h"
+#include "molcryst/formula/CrystalChemicalFormula.h"
+
 // edit: geometry edits of molecules and the disorder states they step through
 #include "molcryst/edit/MoleculeGeometryEdit.h"
 #include "molcryst/edit/MoleculeGeometrySelector.h"
