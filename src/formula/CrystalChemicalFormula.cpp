@@ -82,7 +82,7 @@ CrystalChemicalFormula::CrystalChemicalFormula(const char* text, bool D_is_H) {
 CrystalChemicalFormula::CrystalChemicalFormula(const std::string& text, bool D_is_H) { init(text, D_is_H); }
 
 CrystalChemicalFormula::CrystalChemicalFormula(const THandle<CrystalMaker>& maker, bool D_is_H) {
-    if (!maker || maker->natoms() == 0)
+    if (maker == nullptr || maker->natoms() == 0)
         throw std::invalid_argument(
             "CrystalChemicalFormula::CrystalChemicalFormula(): no crystal structure available.");
     // One residue per distinct molecule of the asymmetric unit, counted by its repetitions there.

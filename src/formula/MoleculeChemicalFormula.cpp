@@ -49,7 +49,7 @@ MoleculeChemicalFormula::MoleculeChemicalFormula(const std::string& text, bool D
 }
 
 MoleculeChemicalFormula::MoleculeChemicalFormula(const THandle<Molecule>& molecule, bool D_is_H) : D_is_H_(D_is_H) {
-    if (!molecule) throw std::invalid_argument("MoleculeChemicalFormula: Null handle passed as argument.");
+    if (molecule == nullptr) throw std::invalid_argument("MoleculeChemicalFormula: Null handle passed as argument.");
     long long charge = 0;
     for (int i = 0; i < molecule->natoms(); ++i) {
         const HAtom a = molecule->atom(i);
@@ -87,7 +87,11 @@ void MoleculeChemicalFormula::init(const std::string& source, bool D_is_H) {
             symbol += static_cast<char>(std::tolower(static_cast<unsigned char>(token[1])));
         const Element::TARNCode code = Element::atomic_symbol_to_tarn_code(symbol);
         bool ok = false;
-        const int count = string_to_int(token.substr(symbol.size()), ok);
+        const std::string rest = token.substr(symbol.size());
+        const int count = string_to_int(rest, ok);
+        // Digits that do not fit an int are a count too large, not a rest that is no count.
+        if (!ok && !rest.empty() && rest.find_first_not_of("0123456789") == std::string::npos)
+            throw std::overflow_error("MoleculeChemicalFormula: count out of range in \"" + token + "\".");
         if (ok && count < 0)
             throw std::invalid_argument("MoleculeChemicalFormula: negative count in \"" + token + "\".");
         counters[static_cast<std::size_t>(code)] += ok ? static_cast<unsigned long long>(count) : 1ULL;

@@ -58,7 +58,7 @@ TEST(CrystalChemicalFormula, Polymers) {
     EXPECT_TRUE(p.residue(0).formula.polymeric());
     EXPECT_EQ(printed(p), "(C2 H4)n");
     // With a polymer in the crystal every residue is bracketed, others marked "x".
-    EXPECT_EQ(printed(parsed("(Cu1 Cl2)n,2(H2 O1)")), "(Cu1 Cl2)n,2x(H2 O1)");
+    EXPECT_EQ(printed(parsed("(Cu1 Cl2)n,2(H2 O1)")), "(Cl2 Cu1)n,2x(H2 O1)");
     EXPECT_EQ(printed(parsed("(C2 H4)n,H2 O1")), "(C2 H4)n,x(H2 O1)");
 }
 

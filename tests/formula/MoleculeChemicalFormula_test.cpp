@@ -25,8 +25,8 @@ MoleculeChemicalFormula parsed(const std::string& text, bool D_is_H = true) {
 
 TEST(MoleculeChemicalFormula, ParsesAndPrintsTheRecordForms) {
     for (const char* text : {"C6 H6", "C2 H3 O2 -1", "(C2 H4)n", "(C2 H4 N1 +1)n", "C8 H10 N4 O2",
-                             "C1 H4 N1 +1", "Cl1 -1", "H2 O1", "Cu1 +2", "C10 H8 Fe1", "Unknown2 C1"})
-        EXPECT_EQ(printed(parsed(text)), text == std::string("Unknown2 C1") ? "Unknown2 C1" : text) << text;
+                             "C1 H4 N1 +1", "Cl1 -1", "H2 O1", "Cu1 +2", "C10 H8 Fe1", "Cl2 Cu1 -1"})
+        EXPECT_EQ(printed(parsed(text)), text) << text;
     // Case is ignored on input, two letters make a symbol, counts of 1 may be left out.
     EXPECT_EQ(parsed("c6 h6"), parsed("C6 H6"));
     EXPECT_EQ(printed(parsed("CL2 CU")), "Cl2 Cu1");
@@ -47,7 +47,7 @@ TEST(MoleculeChemicalFormula, PolymerMark) {
     EXPECT_TRUE(p.polymeric());
     EXPECT_EQ(p.nelements(), 2u);
     EXPECT_FALSE(parsed("(C2 H4)").polymeric());
-    EXPECT_EQ(printed(parsed("(Cu1 Cl2 -1)n")), "(Cu1 Cl2 -1)n");
+    EXPECT_EQ(printed(parsed("(Cu1 Cl2 -1)n")), "(Cl2 Cu1 -1)n");
     // Only what stands between the first brackets is read; a bracket the wrong way round holds nothing.
     EXPECT_EQ(printed(parsed("C2 H6) O1")), "C2 H6");
     EXPECT_EQ(printed(parsed(")C(")), "");
@@ -113,7 +113,8 @@ TEST(MoleculeChemicalFormula, BadCountsAndChargesAreRefusedAndLeaveTheFormula) {
               "MoleculeChemicalFormula: negative count in \"C-2\".");
     EXPECT_EQ(error_text<std::overflow_error>([&] { f.init("C2147483647 H2147483647 O2", true); }),
               "MoleculeChemicalFormula: more atoms than an unsigned int can count.");
-    EXPECT_EQ(error_text<std::overflow_error>([&] { f.init("C99999999999", true); }).empty(), false);
+    EXPECT_EQ(error_text<std::overflow_error>([&] { f.init("C99999999999", true); }),
+              "MoleculeChemicalFormula: count out of range in \"C99999999999\".");
     EXPECT_EQ(error_text<std::overflow_error>([&] { f.init("C1 +2147483647 +1", true); }),
               "MoleculeChemicalFormula: charge out of the range of int.");
     EXPECT_EQ(printed(f), "C6 H6");
