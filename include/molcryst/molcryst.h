@@ -114,6 +114,13 @@
 #include "molcryst/crystal/NewCrystal.h"
 #include "molcryst/crystal/NewCrystalMemento.h"
 
+// connectivity: graphs without geometry, their topology indices, entry databases
+#include "molcryst/connectivity/ConnectivityAtom.h"
+#include "molcryst/connectivity/ConnectivityBond.h"
+#include "molcryst/connectivity/Connectivity.h"
+#include "molcryst/connectivity/ConnectivityCreator.h"
+#include "molcryst/connectivity/ConnectivityInfo.h"
+
 // formula: sum, residue and crystal formulae with their text forms
 #include "molcryst/formula/SumFormula.h"
 #include "molcryst/formula/MoleculeChemicalFormula.h"
