@@ -5,6 +5,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "molcryst/connectivity/Connectivity.h"
+#include "molcryst/connectivity/ConnectivityInfo.h"
 #include "molcryst/crystal/CrystalMaker.h"
 #include "molcryst/molecule/Molecule.h"
 #include "molcryst/support/Archive.h"
@@ -80,6 +82,19 @@ CrystalChemicalFormula::CrystalChemicalFormula(const char* text, bool D_is_H) {
 }
 
 CrystalChemicalFormula::CrystalChemicalFormula(const std::string& text, bool D_is_H) { init(text, D_is_H); }
+
+CrystalChemicalFormula::CrystalChemicalFormula(const THandle<ConnectivityInfo>& info, bool D_is_H) {
+    // A null record is an empty crystal, as an empty record is.
+    if (info != nullptr)
+        for (int i = 0; i < info->nconnectivities(); ++i) {
+            tCrystalChemicalFormula_ r;
+            r.formula = MoleculeChemicalFormula(info->connectivity(i), D_is_H);
+            r.unknown_multiplier = info->multiplier_unknown(i);
+            r.multiplier = r.unknown_multiplier ? unknown_multiplier_substitute_ : info->multiplier(i);
+            residues_.push_back(r);
+        }
+    update();
+}
 
 CrystalChemicalFormula::CrystalChemicalFormula(const THandle<CrystalMaker>& maker, bool D_is_H) {
     if (maker == nullptr || maker->natoms() == 0)

@@ -7,6 +7,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "molcryst/connectivity/Connectivity.h"
+#include "molcryst/connectivity/ConnectivityAtom.h"
 #include "molcryst/formula/SumFormula.h"
 #include "molcryst/molecule/Atom.h"
 #include "molcryst/molecule/Molecule.h"
@@ -53,6 +55,20 @@ MoleculeChemicalFormula::MoleculeChemicalFormula(const THandle<Molecule>& molecu
     long long charge = 0;
     for (int i = 0; i < molecule->natoms(); ++i) {
         const HAtom a = molecule->atom(i);
+        add_count(a->element().code(), 1);
+        charge += a->formal_charge();
+    }
+    charge_ = checked_charge(charge);
+    rebuild_hydrogens();
+}
+
+MoleculeChemicalFormula::MoleculeChemicalFormula(const THandle<Connectivity>& connectivity, bool D_is_H)
+    : D_is_H_(D_is_H) {
+    if (connectivity == nullptr)
+        throw std::invalid_argument("MoleculeChemicalFormula: Null handle passed as argument.");
+    long long charge = 0;
+    for (int i = 0; i < connectivity->natoms(); ++i) {
+        const THandle<ConnectivityAtom> a = connectivity->atom(i);
         add_count(a->element().code(), 1);
         charge += a->formal_charge();
     }

@@ -7,6 +7,12 @@
 #include "../common/ArchiveBytes.h"
 #include "../common/ErrorText.h"
 #include "../common/Text.h"
+#include "molcryst/connectivity/Connectivity.h"
+#include "molcryst/connectivity/ConnectivityInfo.h"
+#include "molcryst/crystal/CrystalMaker.h"
+#include "molcryst/geometry/Cell.h"
+#include "molcryst/molecule/Molecule.h"
+#include "molcryst/molecule/Molecule3dCreator.h"
 #include "molcryst/support/Archive.h"
 
 using namespace molcryst;
@@ -154,4 +160,41 @@ TEST(CrystalChemicalFormula, ArchiveLayoutAndRoundTrip) {
         EXPECT_THROW(g.read(cut), std::runtime_error) << n;
         EXPECT_EQ(printed(g), "N2");
     }
+}
+
+TEST(CrystalChemicalFormula, FromConnectivityRecords) {
+    const Molecule3dCreator creator;
+    HMolecule acetate = creator.create_molecule();
+    for (const char* e : {"C", "C", "O", "O", "H", "H", "H"}) creator.add_atom(*acetate, Element(e));
+    acetate->atom(3)->set_formal_charge(-1);
+    HMolecule water = creator.create_molecule();
+    for (const char* e : {"O", "D", "H"}) creator.add_atom(*water, Element(e));
+    const HConnectivity a(new Connectivity(*acetate)), w(new Connectivity(*water));
+    EXPECT_EQ(printed(MoleculeChemicalFormula(a, true)), "C2 H3 O2 -1");
+    EXPECT_EQ(printed(MoleculeChemicalFormula(w, false)), "H1 D1 O1");
+    EXPECT_EQ(error_text<std::invalid_argument>([] { MoleculeChemicalFormula(HConnectivity(), true); }),
+              "MoleculeChemicalFormula: Null handle passed as argument.");
+
+    HConnectivityInfo info(new ConnectivityInfo());
+    info->add_connectivity(a, 2.0);
+    info->add_connectivity(w);
+    const CrystalChemicalFormula f(info, true);
+    EXPECT_EQ(printed(f), "2(C2 H3 O2 -1),x(H2 O1)");
+    EXPECT_DOUBLE_EQ(f.net_charge(), -2.0);
+}
+
+TEST(CrystalChemicalFormula, FromAStructure) {
+    const Molecule3dCreator creator;
+    Hvector_HMolecule molecules(new vector_HMolecule());
+    for (int i = 0; i < 3; ++i) {
+        HMolecule m = creator.create_molecule();
+        for (const char* e : i == 0 ? std::vector<const char*>{"C", "H", "H", "H", "H"} : std::vector<const char*>{"O", "H", "H"})
+            creator.add_atom(*m, Element(e));
+        molecules->push_back(m);
+    }
+    const HCrystalMaker maker(new CrystalMaker(Cell(), molecules, Hvector_HMolecule(new vector_HMolecule()),
+                                               Hvector_HMolecule(new vector_HMolecule())));
+    EXPECT_EQ(printed(CrystalChemicalFormula(maker, true)), "C1 H4,2(H2 O1)");
+    const char* const none = "CrystalChemicalFormula::CrystalChemicalFormula(): no crystal structure available.";
+    EXPECT_EQ(error_text<std::invalid_argument>([] { CrystalChemicalFormula(HCrystalMaker(), true); }), none);
 }
