@@ -257,12 +257,12 @@ bool MoleculeChemicalFormula::operator<(const MoleculeChemicalFormula& other) co
 }
 
 void MoleculeChemicalFormula::print(std::ostream& out) const {
-    std::ostringstream text;
-    for (const Element::TARNCode code : formula_print_order()) {
-        const auto it = elements_.find(Element(code));
-        if (it != elements_.end()) text << it->first.symbol() << it->second << ' ';
-    }
-    std::string s = text.str();
+    std::string s;
+    for_each_in_print_order(elements_, [&s](const Element& e, unsigned int n) {
+        s += e.symbol();
+        s += std::to_string(n);
+        s += ' ';
+    });
     if (charge_ == 0) {
         if (!s.empty()) s.pop_back();
     } else {

@@ -11,16 +11,6 @@ bool is_zero(double m) { return std::fabs(m) <= SumFormula::zero_tolerance; }
 
 }  // namespace
 
-const std::vector<Element::TARNCode>& formula_print_order() {
-    static const std::vector<Element::TARNCode> order = [] {
-        std::vector<Element::TARNCode> codes{Element::Unknown, Element::C, Element::H, Element::D};
-        for (int code = 3; code < 108; ++code)
-            if (code != Element::D) codes.push_back(static_cast<Element::TARNCode>(code));
-        return codes;
-    }();
-    return order;
-}
-
 SumFormula::SumFormula(bool D_is_H) : D_is_H_(D_is_H) {}
 
 SumFormula::SumFormula(Element element, double multiplier, bool D_is_H) : D_is_H_(D_is_H) {
@@ -155,13 +145,12 @@ SumFormula SumFormula::empirical_formula() const {
 
 void SumFormula::print(std::ostream& out) const {
     bool first = true;
-    for (const Element::TARNCode code : formula_print_order()) {
-        const auto it = elements_.find(Element(code));
-        if (it == elements_.end() || is_zero(it->second)) continue;
+    for_each_in_print_order(elements_, [&](const Element& e, double m) {
+        if (is_zero(m)) return;
         if (!first) out << ' ';
-        out << it->first.symbol() << it->second;
+        out << e.symbol() << m;
         first = false;
-    }
+    });
 }
 
 bool equals(const SumFormula& a, const SumFormula& b, double tolerance) {

@@ -67,6 +67,10 @@ TEST(MoleculeChemicalFormula, HydrogenAndDeuterium) {
     EXPECT_EQ(printed(f), "D1");
     EXPECT_EQ(printed(parsed("C1 D4", false)), "C1 D4");
     EXPECT_EQ(printed(parsed("C1 D4", true)), "C1 H4");
+    // Deuterium prints behind hydrogen, before the other elements, wherever it stands among the codes.
+    EXPECT_EQ(printed(parsed("N1 D2 Xx1 Ac1 H1 C1", false)), "Unknown1 C1 H1 D2 Ac1 N1");
+    EXPECT_EQ(printed(parsed("Zn1 D2 Xx1", false)), "Unknown1 D2 Zn1");
+    EXPECT_EQ(printed(parsed("D2 C3", false)), "C3 D2");
 }
 
 TEST(MoleculeChemicalFormula, CountsWeightsAndComparison) {

@@ -75,8 +75,22 @@ SumFormula operator+(const SumFormula& a, const SumFormula& b);
 SumFormula operator*(const SumFormula& f, double factor);
 std::ostream& operator<<(std::ostream& out, const SumFormula& f);
 
-/// The print order of formulae: Unknown, C, H, D, then every other code ascending.
-const std::vector<Element::TARNCode>& formula_print_order();
+/// Calls `f(element, amount)` for the entries of a map in code order in the
+/// print order of formulae: the code order with D moved up behind H.
+template <class Map, class F>
+void for_each_in_print_order(const Map& elements, F f) {
+    const auto d = elements.find(Element(Element::D));
+    bool d_done = d == elements.end();
+    for (auto it = elements.begin(); it != elements.end(); ++it) {
+        if (it == d) continue;
+        if (!d_done && it->first.code() > Element::H) {
+            f(d->first, d->second);
+            d_done = true;
+        }
+        f(it->first, it->second);
+    }
+    if (!d_done) f(d->first, d->second);
+}
 
 }  // namespace molcryst
 
