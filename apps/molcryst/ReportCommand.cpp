@@ -20,6 +20,7 @@
 #include "molcryst/io/MolecularSurroundings.h"
 #include "molcryst/io/StructureFormulae.h"
 #include "molcryst/io/StructureReport.h"
+#include "molcryst/support/StringFunctions.h"
 
 namespace molcryst {
 namespace app {
@@ -83,17 +84,7 @@ json added_json(const CifBlock& block, const std::vector<HydrogenCompletion::Add
     return list;
 }
 
-std::string text_of(const CrystalChemicalFormula& f) {
-    std::ostringstream out;
-    f.print(out);
-    return out.str();
-}
 
-std::string text_of(const SumFormula& f) {
-    std::ostringstream out;
-    f.print(out);
-    return out.str();
-}
 
 json comparison_json(const StructureFormulae::Comparison& c) {
     if (c.status == StructureFormulae::Comparison::Absent) return nullptr;
@@ -104,8 +95,8 @@ json comparison_json(const StructureFormulae::Comparison& c) {
 }
 
 json formulae_json(const StructureFormulae& f) {
-    return {{"crystal", text_of(f.crystal_formula())},
-            {"sum", text_of(f.sum_formula())},
+    return {{"crystal", to_string(f.crystal_formula())},
+            {"sum", to_string(f.sum_formula())},
             {"per", f.per_formula_unit() ? "formula unit" : "asymmetric unit"},
             {"declared_sum", comparison_json(f.sum_comparison())},
             {"declared_moiety", comparison_json(f.moiety_comparison())}};
@@ -234,8 +225,8 @@ void block_text(std::ostream& out, const StructureReport& report, const Extras& 
     }
     table(out, rows);
     const char* per = formulae.per_formula_unit() ? "per formula unit" : "per asymmetric unit";
-    out << "crystal formula: " << text_of(formulae.crystal_formula()) << " (" << per << ")\n";
-    out << "sum formula: " << text_of(formulae.sum_formula()) << " (" << per << ")\n";
+    out << "crystal formula: " << to_string(formulae.crystal_formula()) << " (" << per << ")\n";
+    out << "sum formula: " << to_string(formulae.sum_formula()) << " (" << per << ")\n";
     comparison_text(out, "sum", formulae.sum_comparison());
     comparison_text(out, "moiety", formulae.moiety_comparison());
     out << "bonds: " << report.bonds().size() << "\n";

@@ -16,17 +16,7 @@ namespace {
 // Proportions agree when every amount is within this fraction of the scaled declared one.
 constexpr double relative_tolerance = 0.02;
 
-std::string text_of(const SumFormula& f) {
-    std::ostringstream out;
-    f.print(out);
-    return out.str();
-}
 
-std::string text_of(const MoleculeChemicalFormula& f) {
-    std::ostringstream out;
-    f.print(out);
-    return out.str();
-}
 
 // The number of distinct positions of a site in the cell: the operators'
 // images of it, equal ones (to 1e-3 of a cell edge, across cell edges) counted once.
@@ -84,7 +74,7 @@ std::map<std::string, double> residue_amounts(const CrystalChemicalFormula& f) {
         MoleculeChemicalFormula neutral = r.formula;
         neutral.set_charge(0);
         neutral.set_polymeric(false);
-        amounts[text_of(neutral)] += r.multiplier;
+        amounts[to_string(neutral)] += r.multiplier;
     }
     return amounts;
 }
@@ -325,7 +315,7 @@ StructureFormulae::StructureFormulae(const StructureReport& report) {
             formula.set_polymeric(true);
             multiplier = 1.0 / k;
         }
-        molecule_formulae_.push_back(text_of(formula));
+        molecule_formulae_.push_back(to_string(formula));
         const auto same = std::find_if(residues.begin(), residues.end(),
                                        [&formula](const std::pair<MoleculeChemicalFormula, double>& r) {
                                            return r.first == formula && r.first.polymeric() == formula.polymeric();
@@ -354,7 +344,7 @@ StructureFormulae::StructureFormulae(const StructureReport& report) {
             sum_check_.status = Comparison::Agrees;
         } else {
             sum_check_.status = Comparison::Differs;
-            sum_check_.detail = "the sites hold " + text_of(sum_) + ", the file declares " + text_of(declared);
+            sum_check_.detail = "the sites hold " + to_string(sum_) + ", the file declares " + to_string(declared);
         }
     }
     if (!block.formula_moiety.empty()) {

@@ -15,6 +15,7 @@
 #include "io/CifFiles.h"
 #include "molcryst/io/CifReader.h"
 #include "molcryst/io/StructureReport.h"
+#include "molcryst/support/StringFunctions.h"
 
 using namespace molcryst;
 using molcryst::testing::cif_files;
@@ -23,11 +24,6 @@ namespace {
 
 const std::string& directory = molcryst::testing::cif_directory;
 
-std::string text_of(const CrystalChemicalFormula& f) {
-    std::ostringstream out;
-    f.print(out);
-    return out.str();
-}
 
 // _chemical_formula_weight as the file gives it; 0 when absent.
 double declared_weight(const std::string& path) {
@@ -59,7 +55,7 @@ TEST(StructureFormulae, RealStructuresAgreeWithTheirDeclaredFormulae) {
         // The text reads back; with a polymer, "2x(Cl1)" stands for two per repeat unit
         // and reads back as an unknown number, so only molecular crystals are checked.
         if (!f.crystal_formula().polymeric()) {
-            EXPECT_EQ(text_of(CrystalChemicalFormula(text_of(f.crystal_formula()), true)), text_of(f.crystal_formula()));
+            EXPECT_EQ(to_string(CrystalChemicalFormula(to_string(f.crystal_formula()), true)), to_string(f.crystal_formula()));
         }
 
         const StructureFormulae::Comparison& sum = f.sum_comparison();
@@ -102,7 +98,7 @@ TEST(StructureFormulae, ResiduesOfSaltsHydratesAndSpecialPositions) {
     auto formulae = [](const std::string& name) {
         const CifDocument doc = CifReader::read_file(directory + "/" + name);
         const StructureReport report(doc.blocks[0]);
-        return text_of(StructureFormulae(report).crystal_formula());
+        return to_string(StructureFormulae(report).crystal_formula());
     };
     // A salt with two ions and water.
     EXPECT_EQ(formulae("cod-2014129-ni-picolinamide-saccharinate-hydrate.cif"),
@@ -129,11 +125,11 @@ TEST(StructureFormulae, DeclaredFormulaeAsFilesWriteThem) {
 
     CrystalChemicalFormula moiety;
     ASSERT_TRUE(StructureFormulae::read_moiety_formula("C12 H16 N4 Ni O4 2+, 2C7 H4 N O3 S -, 4H2 O", moiety));
-    EXPECT_EQ(text_of(moiety), "C12 H16 N4 Ni1 O4 +2,2(C7 H4 N1 O3 S1 -1),4(H2 O1)");
+    EXPECT_EQ(to_string(moiety), "C12 H16 N4 Ni1 O4 +2,2(C7 H4 N1 O3 S1 -1),4(H2 O1)");
     ASSERT_TRUE(StructureFormulae::read_moiety_formula("C12 H30 N6 Na O6 +, I-", moiety));
-    EXPECT_EQ(text_of(moiety), "C12 H30 N6 Na1 O6 +1,I1 -1");
+    EXPECT_EQ(to_string(moiety), "C12 H30 N6 Na1 O6 +1,I1 -1");
     ASSERT_TRUE(StructureFormulae::read_moiety_formula("C12H12Cl2CrN2O2, 2(H2O), Cl", moiety));
-    EXPECT_EQ(text_of(moiety), "C12 H12 Cl2 Cr1 N2 O2,2(H2 O1),Cl1");
+    EXPECT_EQ(to_string(moiety), "C12 H12 Cl2 Cr1 N2 O2,2(H2 O1),Cl1");
     EXPECT_FALSE(StructureFormulae::read_moiety_formula("[Co(bpe)2(NCS)2].CH3OH", moiety));
     EXPECT_FALSE(StructureFormulae::read_moiety_formula("(C5 H16 N2 )[AlHP2 O8 ]", moiety));
     EXPECT_FALSE(StructureFormulae::read_moiety_formula("2(H2 O", moiety));
