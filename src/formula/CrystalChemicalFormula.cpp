@@ -7,6 +7,7 @@
 
 #include "molcryst/connectivity/Connectivity.h"
 #include "molcryst/connectivity/ConnectivityInfo.h"
+#include "molcryst/crystal/Crystal.h"
 #include "molcryst/crystal/CrystalMaker.h"
 #include "molcryst/molecule/Molecule.h"
 #include "molcryst/support/Archive.h"
@@ -26,10 +27,13 @@ namespace {
 double read_multiplier(const std::string& text, bool& unknown) {
     bool ok = false;
     double m = string_to_double(text, ok);
+    const std::string rest = strip(text, "-+0123456789.");
+    unknown = rest == "x";
+    // A number that cannot be held ("1e999") is no multiplier of 1.
+    if (!ok && !unknown && !strip(rest).empty() && text.find_first_of("0123456789") != std::string::npos) ill_formed();
     if (!ok) m = 1.0;
     // A negative or non-finite number of residues has no meaning in a formula.
     if (!std::isfinite(m) || m < 0.0) ill_formed();
-    unknown = strip(text, "-+0123456789.") == "x";
     return m;
 }
 
@@ -84,25 +88,30 @@ CrystalChemicalFormula::CrystalChemicalFormula(const char* text, bool D_is_H) {
 CrystalChemicalFormula::CrystalChemicalFormula(const std::string& text, bool D_is_H) { init(text, D_is_H); }
 
 CrystalChemicalFormula::CrystalChemicalFormula(const THandle<ConnectivityInfo>& info, bool D_is_H) {
-    // A null record is an empty crystal, as an empty record is.
-    if (info != nullptr)
-        for (int i = 0; i < info->nconnectivities(); ++i) {
-            tCrystalChemicalFormula_ r;
-            r.formula = MoleculeChemicalFormula(info->connectivity(i), D_is_H);
-            r.unknown_multiplier = info->multiplier_unknown(i);
-            r.multiplier = r.unknown_multiplier ? unknown_multiplier_substitute_ : info->multiplier(i);
-            residues_.push_back(r);
-        }
+    if (info == nullptr) throw std::invalid_argument("CrystalChemicalFormula: Null handle passed as argument.");
+    for (int i = 0; i < info->nconnectivities(); ++i) {
+        tCrystalChemicalFormula_ r;
+        r.formula = MoleculeChemicalFormula(info->connectivity(i), D_is_H);
+        r.unknown_multiplier = info->multiplier_unknown(i);
+        r.multiplier = r.unknown_multiplier ? unknown_multiplier_substitute_ : info->multiplier(i);
+        residues_.push_back(r);
+    }
     update();
 }
 
 CrystalChemicalFormula::CrystalChemicalFormula(const THandle<CrystalMaker>& maker, bool D_is_H) {
-    if (maker == nullptr || maker->natoms() == 0)
+    // The asymmetric unit as the structure's crystal holds it: matched molecules,
+    // then those known from coordinates alone, sited atoms only.
+    const HCrystal crystal = maker != nullptr ? maker->create_crystal() : HCrystal();
+    int natoms = 0;
+    if (crystal != nullptr)
+        for (int i = 0; i < crystal->nmolecules(); ++i) natoms += crystal->molecule(i)->natoms();
+    if (natoms == 0)
         throw std::invalid_argument(
             "CrystalChemicalFormula::CrystalChemicalFormula(): no crystal structure available.");
     // One residue per distinct molecule of the asymmetric unit, counted by its repetitions there.
-    for (int i = 0; i < maker->nmolecules(); ++i) {
-        const MoleculeChemicalFormula f(maker->molecule(i), D_is_H);
+    for (int i = 0; i < crystal->nmolecules(); ++i) {
+        const MoleculeChemicalFormula f(crystal->molecule(i), D_is_H);
         if (f.natoms() == 0) continue;
         auto same = std::find_if(residues_.begin(), residues_.end(),
                                  [&f](const tCrystalChemicalFormula_& r) { return r.formula == f; });
@@ -125,7 +134,8 @@ void CrystalChemicalFormula::init(const std::string& text, bool D_is_H) {
     std::vector<std::string> pieces;
     split(text, pieces, ",");
     for (const std::string& raw : pieces) {
-        // Blanks after the commas, as in "C6 H6, 2(H2 O1)", are part of no residue.
+        // Blanks after the commas, as in "C6 H6, (C2 H4)n", are part of no residue,
+        // and a piece of blanks alone ("C6 H6,,H2 O1") is no residue at all.
         const std::string piece = trim(raw);
         if (piece.empty()) continue;
         tCrystalChemicalFormula_ residue;
@@ -277,7 +287,7 @@ void CrystalChemicalFormula::read(Archive& ar) {
         ar >> f.unknown_multiplier_substitute_ >> n;
     }
     Archive::Field field(ar, "CrystalChemicalFormula::read residues");
-    ar.check_count(n, 1 + 8 + 22, "residue count");
+    ar.check_count(n, 1 + 8 + 18, "residue count");  // a residue with no elements takes 27 bytes
     f.residues_.reserve(n);
     for (unsigned int i = 0; i < n; ++i) {
         tCrystalChemicalFormula_ r;

@@ -95,7 +95,13 @@ void MoleculeChemicalFormula::init(const std::string& source, bool D_is_H) {
     for (const std::string& token : tokens) {
         if (!is_letter(token[0])) {
             const int sign = token.back() == '-' ? -1 : 1;
-            charge = checked_charge(charge + static_cast<long long>(sign) * string_to_int(token));
+            int value = 0;
+            try {
+                value = string_to_int(token);
+            } catch (const std::overflow_error&) {
+                throw std::overflow_error("MoleculeChemicalFormula: charge out of the range of int.");
+            }
+            charge = checked_charge(charge + static_cast<long long>(sign) * value);
             continue;
         }
         std::string symbol(1, token[0]);
@@ -106,7 +112,8 @@ void MoleculeChemicalFormula::init(const std::string& source, bool D_is_H) {
         const std::string rest = token.substr(symbol.size());
         const int count = string_to_int(rest, ok);
         // Digits that do not fit an int are a count too large, not a rest that is no count.
-        if (!ok && !rest.empty() && rest.find_first_not_of("0123456789") == std::string::npos)
+        const std::size_t digits = !rest.empty() && (rest[0] == '+' || rest[0] == '-') ? 1 : 0;
+        if (!ok && rest.size() > digits && rest.find_first_not_of("0123456789", digits) == std::string::npos)
             throw std::overflow_error("MoleculeChemicalFormula: count out of range in \"" + token + "\".");
         if (ok && count < 0)
             throw std::invalid_argument("MoleculeChemicalFormula: negative count in \"" + token + "\".");
@@ -162,6 +169,7 @@ void MoleculeChemicalFormula::add(const Element& element, unsigned int count) {
     rebuild_hydrogens();
 }
 
+// While D counts as H, hydrogen removed takes the deuterium shown with it.
 void MoleculeChemicalFormula::remove(Element element) {
     if (element.code() == Element::H) {
         // Counted together, hydrogen and deuterium leave together.
@@ -290,13 +298,21 @@ void MoleculeChemicalFormula::read(Archive& ar) {
     }
     Archive::Field field(ar, "MoleculeChemicalFormula::read elements");
     ar.check_count(n, 1 + 4, "element count");
+    unsigned long long total = static_cast<unsigned long long>(f.hydrogen_) + f.deuterium_;
     for (unsigned int i = 0; i < n; ++i) {
         Element e;
         unsigned int count = 0;
         e.read(ar);
         ar >> count;
-        f.elements_[e] = count;
+        if (count == 0) ar.read_error("an element with a count of 0");
+        if (!f.elements_.emplace(e, count).second) ar.read_error("element " + e.symbol() + " given twice");
+        if (e.code() != Element::H && e.code() != Element::D) total += count;
     }
+    // The hydrogen shown must be what the true counts give, and the total countable.
+    MoleculeChemicalFormula shown(f);
+    shown.rebuild_hydrogens();
+    if (shown.elements_ != f.elements_) ar.read_error("hydrogen and deuterium counts disagree with the element list");
+    if (total > max_count) ar.read_error("more atoms than an unsigned int can count");
     *this = f;
 }
 

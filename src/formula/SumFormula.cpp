@@ -71,6 +71,7 @@ void SumFormula::set_multiplier(Element e, double multiplier) {
     rebuild_hydrogens();
 }
 
+// While D counts as H, removing either removes the hydrogen shown, which holds both.
 void SumFormula::remove(Element e) { set_multiplier(e, 0.0); }
 
 void SumFormula::set_D_is_H(bool D_is_H) {
@@ -121,7 +122,10 @@ SumFormula& SumFormula::operator*=(double factor) {
 SumFormula& SumFormula::operator/=(double divisor) {
     // A formula divided by nothing has no meaning; refused rather than filled with infinities.
     if (is_zero(divisor)) throw std::invalid_argument("SumFormula::operator/=: division by zero.");
-    for (auto& e : elements_) e.second /= divisor;
+    for (auto it = elements_.begin(); it != elements_.end();) {
+        it->second /= divisor;
+        it = is_zero(it->second) ? elements_.erase(it) : std::next(it);
+    }
     hydrogen_ /= divisor;
     deuterium_ /= divisor;
     rebuild_hydrogens();
@@ -132,7 +136,7 @@ SumFormula SumFormula::empirical_formula() const {
     SumFormula f(*this);
     if (f.elements_.empty()) return f;
     for (const double p : {2.0, 3.0, 5.0, 7.0}) {
-        for (;;) {
+        while (!f.elements_.empty()) {
             bool divides = true;
             for (const auto& e : f.elements_)
                 if (!is_zero(e.second) && !is_zero(std::fmod(e.second, p))) divides = false;

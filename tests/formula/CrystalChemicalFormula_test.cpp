@@ -14,6 +14,7 @@
 #include "molcryst/molecule/Molecule.h"
 #include "molcryst/molecule/Molecule3dCreator.h"
 #include "molcryst/support/Archive.h"
+#include "crystal/CrystalTestSupport.h"
 
 using namespace molcryst;
 using molcryst::testing::error_text;
@@ -69,12 +70,17 @@ TEST(CrystalChemicalFormula, Polymers) {
 }
 
 TEST(CrystalChemicalFormula, IllFormedTextIsRefused) {
-    for (const char* text : {")C(", "(C", "2(H2 O1", "(H2 O1)x", "C6 H6,2(H2 O1)x", "-2(H2 O1)", "nan(C1)"})
+    for (const char* text : {")C(", "(C", "2(H2 O1", "(H2 O1)x", "C6 H6,2(H2 O1)x", "-2(H2 O1)", "nan(C1)", "1e999(C1)"})
         EXPECT_EQ(error_text<std::invalid_argument>([&] { parsed(text); }), ill_formed) << text;
     CrystalChemicalFormula f = parsed("C6 H6");
     EXPECT_THROW(f.init("C1,(C", true), std::invalid_argument);
     EXPECT_EQ(printed(f), "C6 H6");
     EXPECT_EQ(parsed("").nresidues(), 0);
+    // A multiplier behind the brackets; a number that is none counts 1.
+    EXPECT_EQ(parsed("(H2 O1)2").residue(0).multiplier, 2.0);
+    EXPECT_EQ(parsed("y(H2 O1)").residue(0).multiplier, 1.0);
+    // Only a lower-case n marks a polymer.
+    EXPECT_FALSE(parsed("(C2 H4)N").polymeric());
     EXPECT_EQ(parsed(" , ,").nresidues(), 0);
 }
 
@@ -85,6 +91,10 @@ TEST(CrystalChemicalFormula, UnknownMultipliersTakeTheSubstitute) {
     EXPECT_DOUBLE_EQ(f.molecular_weight_sum(), water);
     f.set_unknown_multiplier_substitute(3.0);
     EXPECT_DOUBLE_EQ(f.molecular_weight_sum(), 3.0 * water);
+    // A new text keeps the substitute.
+    CrystalChemicalFormula g = f;
+    g.init("x(H2 O1)", true);
+    EXPECT_EQ(g.residue(0).multiplier, 3.0);
     f.add_residue(MoleculeChemicalFormula("C2 H6 O1", true));
     EXPECT_EQ(f.residue(1).multiplier, 3.0);
     EXPECT_EQ(printed(f), "x(H2 O1),x(C2 H6 O1)");
@@ -154,6 +164,15 @@ TEST(CrystalChemicalFormula, ArchiveLayoutAndRoundTrip) {
     EXPECT_EQ(back.residue(2).multiplier, 2.0);
     EXPECT_EQ(printed(back), "C6 H6,0.5(H2 O1),x(C2 H6 O1)");
 
+    // A residue of a charge alone has no elements: the smallest residue there is, last in the file.
+    const CrystalChemicalFormula bare = parsed("C1,+1");
+    Archive small = Archive::temporary();
+    bare.write(small);
+    small.rewind();
+    CrystalChemicalFormula bare_back;
+    bare_back.read(small);
+    EXPECT_TRUE(identical(bare_back, bare));
+
     for (std::size_t n = 0; n < bytes.size(); ++n) {
         Archive cut = archive_of(std::vector<unsigned char>(bytes.begin(), bytes.begin() + static_cast<long>(n)));
         CrystalChemicalFormula g = parsed("N2");
@@ -181,20 +200,25 @@ TEST(CrystalChemicalFormula, FromConnectivityRecords) {
     const CrystalChemicalFormula f(info, true);
     EXPECT_EQ(printed(f), "2(C2 H3 O2 -1),x(H2 O1)");
     EXPECT_DOUBLE_EQ(f.net_charge(), -2.0);
+    EXPECT_EQ(error_text<std::invalid_argument>([] { CrystalChemicalFormula(HConnectivityInfo(), true); }),
+              "CrystalChemicalFormula: Null handle passed as argument.");
 }
 
-TEST(CrystalChemicalFormula, FromAStructure) {
-    const Molecule3dCreator creator;
-    Hvector_HMolecule molecules(new vector_HMolecule());
-    for (int i = 0; i < 3; ++i) {
-        HMolecule m = creator.create_molecule();
-        for (const char* e : i == 0 ? std::vector<const char*>{"C", "H", "H", "H", "H"} : std::vector<const char*>{"O", "H", "H"})
-            creator.add_atom(*m, Element(e));
-        molecules->push_back(m);
-    }
-    const HCrystalMaker maker(new CrystalMaker(Cell(), molecules, Hvector_HMolecule(new vector_HMolecule()),
-                                               Hvector_HMolecule(new vector_HMolecule())));
+TEST(CrystalChemicalFormula, FromTheAsymmetricUnitOfAStructure) {
+    using molcryst::testing::at_frac;
+    const Cell cell = molcryst::testing::cell_of(Spacegroup());
+    auto list = [](std::initializer_list<HMolecule> ms) { return Hvector_HMolecule(new vector_HMolecule(ms)); };
+    // Matched methane and water, a water known from coordinates alone, and a
+    // diagram-only molecule and an atom without a site, which the crystal leaves out.
+    const HMolecule methane = at_frac(cell, "C C1 0 0 0; H H1 0.1 0 0; H H2 0 0.1 0; H H3 0 0 0.1; H H4 0.1 0.1 0.1");
+    const HMolecule water = at_frac(cell, "O O1 0.5 0.5 0.5; H H5 0.6 0.5 0.5; H H6 0.5 0.6 0.5; N N1");
+    const HMolecule water3d = at_frac(cell, "O O2 0.3 0.3 0.3; H H7 0.4 0.3 0.3; H H8 0.3 0.4 0.3");
+    const HMolecule diagram = at_frac(cell, "S S1; S S2");
+    const HCrystalMaker maker(new CrystalMaker(cell, list({methane, water}), list({diagram}), list({water3d})));
     EXPECT_EQ(printed(CrystalChemicalFormula(maker, true)), "C1 H4,2(H2 O1)");
+
     const char* const none = "CrystalChemicalFormula::CrystalChemicalFormula(): no crystal structure available.";
     EXPECT_EQ(error_text<std::invalid_argument>([] { CrystalChemicalFormula(HCrystalMaker(), true); }), none);
+    const HCrystalMaker siteless(new CrystalMaker(cell, list({diagram}), list({}), list({})));
+    EXPECT_EQ(error_text<std::invalid_argument>([&] { CrystalChemicalFormula(siteless, true); }), none);
 }

@@ -121,6 +121,10 @@ TEST(MoleculeChemicalFormula, BadCountsAndChargesAreRefusedAndLeaveTheFormula) {
               "MoleculeChemicalFormula: count out of range in \"C99999999999\".");
     EXPECT_EQ(error_text<std::overflow_error>([&] { f.init("C1 +2147483647 +1", true); }),
               "MoleculeChemicalFormula: charge out of the range of int.");
+    EXPECT_EQ(error_text<std::overflow_error>([&] { f.init("C-99999999999", true); }),
+              "MoleculeChemicalFormula: count out of range in \"C-99999999999\".");
+    EXPECT_EQ(error_text<std::overflow_error>([&] { f.init("C1 99999999999-", true); }),
+              "MoleculeChemicalFormula: charge out of the range of int.");
     EXPECT_EQ(printed(f), "C6 H6");
     // The largest count that fits is kept exactly.
     EXPECT_EQ(parsed("C2147483647").natoms(), 2147483647u);
@@ -152,6 +156,17 @@ TEST(MoleculeChemicalFormula, ArchiveLayout) {
         Archive cut = archive_of(std::vector<unsigned char>(expected.begin(), expected.begin() + n));
         MoleculeChemicalFormula g = parsed("N2");
         EXPECT_THROW(g.read(cut), std::runtime_error) << n;
+        EXPECT_EQ(printed(g), "N2");
+    }
+    // Hydrogen shown that the true counts do not give, or a count of 0, is a damaged archive.
+    for (const std::vector<unsigned char>& bad :
+         {words({0}) + std::vector<unsigned char>{1} + words({0, 0}) + std::vector<unsigned char>{0} + words({1}) +
+              std::vector<unsigned char>{Element::H} + words({5}),
+          words({0}) + std::vector<unsigned char>{1} + words({0, 0}) + std::vector<unsigned char>{0} + words({1}) +
+              std::vector<unsigned char>{Element::C} + words({0})}) {
+        Archive damaged = archive_of(bad);
+        MoleculeChemicalFormula g = parsed("N2");
+        EXPECT_THROW(g.read(damaged), std::runtime_error);
         EXPECT_EQ(printed(g), "N2");
     }
     Archive huge = archive_of(words({0}) + std::vector<unsigned char>{1} + words({0, 0}) +

@@ -78,6 +78,11 @@ TEST(SumFormula, EmpiricalFormula) {
     EXPECT_EQ(printed(formula({{"C", 0.5}, {"H", 1}}).empirical_formula()), "C0.5 H1");
     EXPECT_EQ(printed(formula({{"C", 70}, {"H", 140}}).empirical_formula()), "C1 H2");
     EXPECT_EQ(printed(SumFormula(true).empirical_formula()), "");
+    // Divided down to nothing, a formula is empty, and has no empirical formula to search for.
+    SumFormula tiny = formula({{"C", 1}});
+    tiny /= 1e9;
+    EXPECT_EQ(tiny.nelements(), 0);
+    EXPECT_EQ(printed(tiny.empirical_formula()), "");
 }
 
 TEST(SumFormula, MismatchedVectorsAreRefused) {

@@ -30,9 +30,9 @@ public:
     MoleculeChemicalFormula(const THandle<Connectivity>& connectivity, bool D_is_H);
 
     /// Parses text such as "C6 H6", "C2 H3 O2 -1" or "(C2 H4)n": tokens apart,
-    /// case ignored, a token that starts with no letter a charge. Counts beyond
-    /// what an unsigned int holds throw std::overflow_error; a negative count
-    /// throws std::invalid_argument.
+    /// case ignored, a token that starts with no letter a charge. A count beyond
+    /// an int, or a total beyond an unsigned int, throws std::overflow_error; a
+    /// negative count throws std::invalid_argument.
     void init(const std::string& text, bool D_is_H);
 
     bool D_is_H() const { return D_is_H_; }
