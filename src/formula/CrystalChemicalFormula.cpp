@@ -285,6 +285,7 @@ void CrystalChemicalFormula::read(Archive& ar) {
     {
         Archive::Field field(ar, "CrystalChemicalFormula::read substitute and residue count");
         ar >> f.unknown_multiplier_substitute_ >> n;
+        if (!std::isfinite(f.unknown_multiplier_substitute_)) ar.read_error("the substitute is not a finite number");
     }
     Archive::Field field(ar, "CrystalChemicalFormula::read residues");
     ar.check_count(n, 1 + 8 + 18, "residue count");  // a residue with no elements takes 27 bytes
@@ -292,6 +293,7 @@ void CrystalChemicalFormula::read(Archive& ar) {
     for (unsigned int i = 0; i < n; ++i) {
         tCrystalChemicalFormula_ r;
         ar >> r.unknown_multiplier >> r.multiplier;
+        if (!std::isfinite(r.multiplier)) ar.read_error("a multiplier is not a finite number");
         r.formula.read(ar);
         f.residues_.push_back(r);
     }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <stdexcept>
 
 #include "../common/ArchiveBytes.h"
@@ -172,6 +173,15 @@ TEST(CrystalChemicalFormula, ArchiveLayoutAndRoundTrip) {
     CrystalChemicalFormula bare_back;
     bare_back.read(small);
     EXPECT_TRUE(identical(bare_back, bare));
+
+    // A multiplier that is no finite number is a damaged archive.
+    Archive nan = Archive::temporary();
+    nan << 1.0 << 1u << false << std::nan("");
+    MoleculeChemicalFormula("C1", true).write(nan);
+    nan.rewind();
+    CrystalChemicalFormula g = parsed("N2");
+    EXPECT_THROW(g.read(nan), std::runtime_error);
+    EXPECT_EQ(printed(g), "N2");
 
     for (std::size_t n = 0; n < bytes.size(); ++n) {
         Archive cut = archive_of(std::vector<unsigned char>(bytes.begin(), bytes.begin() + static_cast<long>(n)));
