@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Fuzzes a reader with libFuzzer under AddressSanitizer and
 # UndefinedBehaviorSanitizer: bash scripts/fuzz.sh [SECONDS] [TARGET]
-# (default 60 seconds, cif_reader_fuzz; the others are criterion_archiver_fuzz
-# new_crystal_memento_fuzz and connectivity_archive_fuzz). The corpus starts from the real structures of
-# the tests, or the archives in tests/fuzz/archives, and grows in
+# (default 60 seconds, cif_reader_fuzz; the others are criterion_archiver_fuzz,
+# new_crystal_memento_fuzz, connectivity_archive_fuzz and formula_fuzz). The
+# corpus starts from the real structures of the tests, the archives in
+# tests/fuzz/archives, or the formula texts in tests/fuzz/formulae, and grows in
 # build/fuzz/corpus (build/fuzz/corpus-TARGET); a crash leaves its input in build/fuzz/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -22,7 +23,8 @@ if [ "$target" = cif_reader_fuzz ]; then
     -dict=../../tests/fuzz/cif.dict corpus
 else
   mkdir -p "build/fuzz/corpus-$target"
-  cp -n tests/fuzz/archives/* "build/fuzz/corpus-$target/" 2>/dev/null || true
+  if [ "$target" = formula_fuzz ]; then seeds=tests/fuzz/formulae; else seeds=tests/fuzz/archives; fi
+  cp -n "$seeds"/* "build/fuzz/corpus-$target/" 2>/dev/null || true
   cd build/fuzz
   "./tests/fuzz/$target" -max_total_time="$seconds" -max_len=65536 -rss_limit_mb=2048 -timeout=10 "corpus-$target"
 fi

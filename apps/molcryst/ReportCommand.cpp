@@ -20,7 +20,9 @@
 #include "molcryst/io/HydrogenCompletion.h"
 #include "molcryst/io/MolecularSurroundings.h"
 #include "molcryst/io/NormalisedHydrogens.h"
+#include "molcryst/io/StructureFormulae.h"
 #include "molcryst/io/StructureReport.h"
+#include "molcryst/support/StringFunctions.h"
 
 namespace molcryst {
 namespace app {
@@ -84,6 +86,36 @@ json added_json(const CifBlock& block, const std::vector<HydrogenCompletion::Add
     return list;
 }
 
+
+
+json comparison_json(const StructureFormulae::Comparison& c) {
+    if (c.status == StructureFormulae::Comparison::Absent) return nullptr;
+    return {{"declared", c.declared},
+            {"status", StructureFormulae::status_name(c.status)},
+            {"scale", c.status == StructureFormulae::Comparison::Agrees ? json(rounded(c.scale, 4)) : json(nullptr)},
+            {"detail", c.detail}};
+}
+
+json formulae_json(const StructureFormulae& f) {
+    return {{"crystal", to_string(f.crystal_formula())},
+            {"sum", to_string(f.sum_formula())},
+            {"per", f.per_formula_unit() ? "formula unit" : "asymmetric unit"},
+            {"declared_sum", comparison_json(f.sum_comparison())},
+            {"declared_moiety", comparison_json(f.moiety_comparison())}};
+}
+
+void comparison_text(std::ostream& out, const char* what, const StructureFormulae::Comparison& c) {
+    if (c.status == StructureFormulae::Comparison::Absent) return;
+    out << "declared " << what << " '" << c.declared << "': ";
+    if (c.status == StructureFormulae::Comparison::Agrees) {
+        out << "agrees";
+        if (std::fabs(c.scale - 1.0) > 1e-3) out << " (computed = " << rounded(c.scale, 4) << " x declared)";
+    } else {
+        out << (c.status == StructureFormulae::Comparison::Differs ? "MISMATCH: " : "unreadable: ") << c.detail;
+    }
+    out << "\n";
+}
+
 json block_json(const StructureReport& report, const Extras& extras) {
     const CifBlock& block = report.block();
     json b;
@@ -111,12 +143,14 @@ json block_json(const StructureReport& report, const Extras& extras) {
         b["z"] = nullptr;
         b["z_prime"] = nullptr;
     }
+    const StructureFormulae formulae(report);
     json molecules = json::array();
     for (std::size_t c = 0; c < report.molecules().size(); ++c) {
         const StructureReport::MoleculeRow& m = report.molecules()[c];
         json labels = json::array();
         for (int s : m.sites) labels.push_back(label(block, s));
         molecules.push_back({{"formula", m.formula},
+                             {"chemical_formula", formulae.molecule_formulae()[c]},
                              {"atoms", static_cast<int>(m.sites.size())},
                              {"whole_atoms", m.polymeric ? json(nullptr) : json(m.whole_atoms)},
                              {"special_position", m.special_position},
@@ -127,6 +161,7 @@ json block_json(const StructureReport& report, const Extras& extras) {
                 m.polymeric ? json(nullptr) : surroundings_json(block, (*extras.surroundings)[c]);
     }
     b["molecules"] = molecules;
+    b["formulae"] = formulae_json(formulae);
     json bonds = json::array();
     for (const StructureReport::BondRow& r : report.bonds())
         bonds.push_back({{"atom1", label(block, r.atom1)},
@@ -180,13 +215,22 @@ void block_text(std::ostream& out, const StructureReport& report, const Extras& 
     out << "Z = " << (block.z > 0 ? std::to_string(block.z) : "?") << ", Z' = "
         << (block.z > 0 ? fixed(static_cast<double>(block.z) / sg.noperators(), 2) : "?") << "\n";
     out << "molecules: " << report.molecules().size() << "\n";
-    std::vector<std::vector<std::string> > rows{{"#", "formula", "atoms", "whole", "special position", "polymeric"}};
+    const StructureFormulae formulae(report);
+    std::vector<std::vector<std::string> > rows{
+        {"#", "formula", "residue", "atoms", "whole", "special position", "polymeric"}};
     int n = 0;
-    for (const StructureReport::MoleculeRow& m : report.molecules())
-        rows.push_back({std::to_string(++n), m.formula, std::to_string(m.sites.size()),
-                        m.polymeric ? "-" : std::to_string(m.whole_atoms), m.special_position ? "yes" : "no",
-                        m.polymeric ? "yes" : "no"});
+    for (const StructureReport::MoleculeRow& m : report.molecules()) {
+        rows.push_back({std::to_string(n + 1), m.formula, formulae.molecule_formulae()[static_cast<std::size_t>(n)],
+                        std::to_string(m.sites.size()), m.polymeric ? "-" : std::to_string(m.whole_atoms),
+                        m.special_position ? "yes" : "no", m.polymeric ? "yes" : "no"});
+        ++n;
+    }
     table(out, rows);
+    const char* per = formulae.per_formula_unit() ? "per formula unit" : "per asymmetric unit";
+    out << "crystal formula: " << to_string(formulae.crystal_formula()) << " (" << per << ")\n";
+    out << "sum formula: " << to_string(formulae.sum_formula()) << " (" << per << ")\n";
+    comparison_text(out, "sum", formulae.sum_comparison());
+    comparison_text(out, "moiety", formulae.moiety_comparison());
     out << "bonds: " << report.bonds().size() << "\n";
     rows.assign(1, {"atom1", "atom2", "symmetry", "distance"});
     for (const StructureReport::BondRow& r : report.bonds())

@@ -128,6 +128,11 @@
 #include "molcryst/connectivity/Database.h"
 #include "molcryst/connectivity/ArchiveDatabase.h"
 
+// formula: sum, residue and crystal formulae with their text forms
+#include "molcryst/formula/SumFormula.h"
+#include "molcryst/formula/MoleculeChemicalFormula.h"
+#include "molcryst/formula/CrystalChemicalFormula.h"
+
 // edit: geometry edits of molecules and the disorder states they step through
 #include "molcryst/edit/MoleculeGeometryEdit.h"
 #include "molcryst/edit/MoleculeGeometrySelector.h"

@@ -110,6 +110,9 @@ private:
             const int value = std::atoi(z.c_str());
             if (value >= 1 && value <= 100000) result_.z = value;
         }
+        // The formulae as deposited, for the report to compare with what the sites hold.
+        result_.formula_sum = pair_text({"_chemical_formula_sum"});
+        result_.formula_moiety = pair_text({"_chemical_formula_moiety"});
         const cif::Item* volume = block_.find_pair_item("_cell_volume");
         if (volume != nullptr && !cif::is_null(volume->pair[1])) {
             bool ok = false;

@@ -41,6 +41,8 @@ struct CifBlock {
     std::array<UncertainValue, 3> angles;   // alpha, beta, gamma in degrees
     double published_volume = 0.0;          // _cell_volume, 0 when not given
     int z = 0;                              // _cell_formula_units_Z, 0 when not given
+    std::string formula_sum;                // _chemical_formula_sum as written, "" when not given
+    std::string formula_moiety;             // _chemical_formula_moiety as written, "" when not given
     Cell cell;                              // with the spacegroup and its operators in file order
     std::vector<std::string> operator_triplets;  // as written in the file, in file order
     std::string symmetry_source;  // "operators", "Hall symbol" or "Hermann-Mauguin name"
