@@ -87,7 +87,7 @@ private:
 /// molcryst db add|list|show|duplicates [--json] DB ...: an entry database
 /// of structures in the directory DB, one entry per CIF data block named
 /// after the block; list its identifiers, report one entry, and group the
-/// entries with equal crystal topology index and equal composition.
+/// entries with equal crystal topology index and equal crystal formula.
 class DbCommand {
 public:
     explicit DbCommand(CLI::App& parent);

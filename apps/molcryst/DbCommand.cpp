@@ -15,6 +15,7 @@
 #include "molcryst/connectivity/ArchiveDatabase.h"
 #include "molcryst/connectivity/Order3AtomTopologyIndex.h"
 #include "molcryst/io/CifImport.h"
+#include "molcryst/support/StringFunctions.h"
 
 namespace molcryst {
 namespace app {
@@ -56,14 +57,14 @@ nlohmann::json document(const std::string& database) {
     return d;
 }
 
-// The duplicate key: the topology records, then the composition.
+// The duplicate key: the topology records, then the crystal formula.
 std::string duplicate_key(const CrystalMaker& maker) {
     std::ostringstream key;
     key.precision(17);
     const CrystalTopologyIndex topology = crystal_topology_index_of(maker);
     for (const CrystalTopologyIndex::Record& r : topology.indices())
         key << r.index << ":" << r.multiplier << ";";
-    key << "|" << composition_text(element_composition(maker));
+    key << "|" << to_string(crystal_formula_of(maker));
     return key.str();
 }
 
@@ -84,7 +85,7 @@ DbCommand::DbCommand(CLI::App& parent) {
     show_->add_option("identifier", identifier_, "Entry identifier")->required();
     show_->add_flag("--json", json_, "Write JSON");
     duplicates_ = command_->add_subcommand(
-        "duplicates", "Group the entries with equal crystal topology index and equal composition");
+        "duplicates", "Group the entries with equal crystal topology index and equal formula");
     duplicates_->add_option("database", database_, "Database directory")->required();
     duplicates_->add_flag("--json", json_, "Write JSON");
 }
@@ -197,7 +198,7 @@ int DbCommand::show(std::ostream& out, std::ostream& err) const {
     const Spacegroup& sg = cell.spacegroup();
     const HConnectivityInfo info = connectivity_info_of(maker);
     const CrystalTopologyIndex topology(info, HTopologyIndex(new Order3AtomTopologyIndex()));
-    const std::map<std::string, int> composition = element_composition(maker);
+    const CrystalChemicalFormula formula = crystal_formula_of(maker);
     if (json_) {
         nlohmann::json e;
         e["id"] = entry->identifier().text();
@@ -211,7 +212,8 @@ int DbCommand::show(std::ostream& out, std::ostream& err) const {
         e["spacegroup"] = {{"name", sg.name()}, {"number", sg.number()}, {"operators", sg.noperators()}};
         e["molecules"] = maker.nmolecules();
         e["atoms"] = maker.natoms();
-        e["composition"] = composition_text(composition);
+        e["formula"] = to_string(formula);
+        e["sum_formula"] = to_string(formula.sum_formula());
         nlohmann::json parts = nlohmann::json::array();
         for (int i = 0; i < info->nconnectivities(); ++i)
             parts.push_back({{"atoms", info->connectivity(i)->natoms()},
@@ -235,7 +237,7 @@ int DbCommand::show(std::ostream& out, std::ostream& err) const {
         << " A^3\n";
     out << "spacegroup: " << sg.name() << " (number " << sg.number() << "), " << sg.noperators() << " operators\n";
     out << "asymmetric unit: " << maker.nmolecules() << " molecules, " << maker.natoms() << " atoms, "
-        << composition_text(composition) << "\n";
+        << "formula " << formula << "\n";
     out << "connectivities: " << info->nconnectivities() << "\n";
     for (int i = 0; i < info->nconnectivities(); ++i)
         out << "  " << info->connectivity(i)->natoms() << " atoms, " << info->connectivity(i)->nbonds()

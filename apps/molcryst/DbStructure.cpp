@@ -36,31 +36,10 @@ CrystalTopologyIndex crystal_topology_index_of(const CrystalMaker& maker) {
     return CrystalTopologyIndex(connectivity_info_of(maker), HTopologyIndex(new Order3AtomTopologyIndex()));
 }
 
-std::map<std::string, int> element_composition(const CrystalMaker& maker) {
-    std::map<std::string, int> composition;
-    for (int m = 0; m < maker.nmolecules(); ++m) {
-        const HMolecule molecule = maker.molecule(m);
-        for (int i = 0; i < molecule->natoms(); ++i) ++composition[molecule->atom(i)->element().symbol()];
-    }
-    return composition;
-}
-
-std::string composition_text(const std::map<std::string, int>& composition) {
-    std::string text;
-    auto put = [&text](const std::string& symbol, int count) {
-        text += symbol;
-        if (count != 1) text += std::to_string(count);
-    };
-    const bool carbon = composition.count("C") != 0;
-    if (carbon) {
-        put("C", composition.at("C"));
-        if (composition.count("H") != 0) put("H", composition.at("H"));
-    }
-    for (const auto& element : composition) {
-        if (carbon && (element.first == "C" || element.first == "H")) continue;
-        put(element.first, element.second);
-    }
-    return text;
+CrystalChemicalFormula crystal_formula_of(const CrystalMaker& maker) {
+    CrystalChemicalFormula formula(connectivity_info_of(maker), true);
+    formula.sort_chemical_formulae();
+    return formula;
 }
 
 }  // namespace app

@@ -1,15 +1,15 @@
 // What the db subcommands work out from a stored structure: its connectivity
-// record with multipliers, its crystal topology index and its element
-// composition, the keys by which duplicates are found.
+// record with multipliers, its crystal topology index and its crystal
+// formula, the keys by which duplicates are found.
 #ifndef MOLCRYST_APPS_DBSTRUCTURE_H
 #define MOLCRYST_APPS_DBSTRUCTURE_H
 
-#include <map>
 #include <string>
 
 #include "molcryst/connectivity/ConnectivityInfo.h"
 #include "molcryst/connectivity/CrystalTopologyIndex.h"
 #include "molcryst/crystal/CrystalMaker.h"
+#include "molcryst/formula/CrystalChemicalFormula.h"
 
 namespace molcryst {
 namespace app {
@@ -22,14 +22,9 @@ HConnectivityInfo connectivity_info_of(const CrystalMaker& maker);
 /// The crystal topology index of connectivity_info_of, by the order-3 index.
 CrystalTopologyIndex crystal_topology_index_of(const CrystalMaker& maker);
 
-/// Atoms of each element summed over the maker's current molecules, by
-/// symbol. A stand-in for a chemical formula of the structure when grouping
-/// duplicates.
-std::map<std::string, int> element_composition(const CrystalMaker& maker);
-
-/// The composition in Hill order (C, H, then the others alphabetically;
-/// all alphabetically without carbon), counts of 1 left out: "C6H7NO".
-std::string composition_text(const std::map<std::string, int>& composition);
+/// The crystal formula of connectivity_info_of, one residue per record with
+/// its multiplier, residues sorted: "C3 H7 N6,H2 O1".
+CrystalChemicalFormula crystal_formula_of(const CrystalMaker& maker);
 
 }  // namespace app
 }  // namespace molcryst

@@ -75,8 +75,9 @@ TEST(DbCommands, AddListShowAndAPlantedDuplicate) {
     const nlohmann::json twin = nlohmann::json::parse(run("db show --json " + db + " melaminium-again").out).at("entry");
     EXPECT_EQ(shown.at("spacegroup").at("number"), 2);
     EXPECT_EQ(shown.at("topology_indices"), twin.at("topology_indices"));
-    EXPECT_EQ(shown.at("composition"), twin.at("composition"));
-    EXPECT_EQ(shown.at("composition"), "C6H21N12O7P");
+    EXPECT_EQ(shown.at("formula"), twin.at("formula"));
+    EXPECT_EQ(shown.at("formula"), "3(H2 O1),2(C3 H7 N6),H1 O4 P1");
+    EXPECT_EQ(shown.at("sum_formula"), "C6 H21 N12 O7 P1");
     // Two melaminium cations, one hydrogen phosphate, three waters: one record each, with multipliers.
     EXPECT_EQ(shown.at("connectivities"),
               nlohmann::json::parse("[{\"atoms\": 16, \"bonds\": 16, \"multiplier\": 2.0},"
