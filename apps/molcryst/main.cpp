@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
     molcryst::app::PackCommand pack(app);
     molcryst::app::ConvertCommand convert(app);
     molcryst::app::SaveCommand save(app);
+    molcryst::app::DrawCommand draw(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -25,5 +26,6 @@ int main(int argc, char** argv) {
     if (pack.chosen()) return pack.run(std::cout, std::cerr);
     if (convert.chosen()) return convert.run(std::cout, std::cerr);
     if (save.chosen()) return save.run(std::cout, std::cerr);
+    if (draw.chosen()) return draw.run(std::cout, std::cerr);
     return 2;
 }
