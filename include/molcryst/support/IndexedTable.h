@@ -2,7 +2,8 @@
 // by value in logarithmic time.
 //
 // Removal costs one erase and renumbers nothing: the stored positions are
-// hints, and the first `index` that finds a stale hint rewrites them all.
+// hints. An `index` that finds its hint stale looks a few places below it
+// (where removals move values) and rewrites them all only when that fails.
 // Removing many values at once goes through `remove_if` or `remove_values`,
 // which filter the sequence in one pass and renumber once.
 #ifndef MOLCRYST_SUPPORT_INDEXEDTABLE_H
@@ -48,6 +49,16 @@ public:
         typename std::map<V, unsigned int>::iterator found = positions_.find(v);
         if (found == positions_.end()) throw std::invalid_argument("IndexedTable::index(Value): Unknown value.");
         if (found->second < values_.size() && values_[found->second] == v) return found->second + first_index_;
+        // A removal moves each later value down one place, so a stale hint is
+        // most often a few places too high: look just below it before
+        // rewriting every position, which keeps a run of removals (a group
+        // folded out of a diagram) from costing a renumbering each.
+        const std::size_t top = std::min<std::size_t>(found->second, values_.size());
+        for (std::size_t k = 1; k <= 64 && k <= top; ++k)
+            if (values_[top - k] == v) {
+                found->second = static_cast<unsigned int>(top - k);
+                return found->second + first_index_;
+            }
         refresh();
         return found->second + first_index_;
     }
