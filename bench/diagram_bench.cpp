@@ -35,7 +35,7 @@ HMolecule chain(int nheavy) {
         const int a = m->add(HAtom(new Atom3d(oxygen ? Element::O : Element::C, "X",
                                               HSite(new Site(Point(1.3 * i, (i % 2) * 0.75, 0.0))))));
         if (oxygen) {
-            m->add(HBond(new Bond3d(DOUBLE_BOND)), a - 1, a);  // a carbonyl hanging off the chain
+            m->add(HBond(new Bond3d(DOUBLE_BOND)), carbons.back(), a);  // a carbonyl on the last carbon
         } else {
             if (!carbons.empty()) m->add(HBond(new Bond3d(SINGLE_BOND)), carbons.back(), a);
             carbons.push_back(a);
