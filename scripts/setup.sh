@@ -2,7 +2,8 @@
 # Installs what a fresh Debian machine lacks to build and test molcryst:
 # cmake, ninja, g++, clang++ (the second compiler the tests build with, and
 # the one with libFuzzer), GoogleTest and Google Benchmark, and for the file
-# readers and the command gemmi (CIF), CLI11 (arguments) and nlohmann/json.
+# readers and the command gemmi (CIF), CLI11 (arguments) and nlohmann/json;
+# for pictures CoordGen (flat layouts) and expat (the tests parse the SVG).
 # Does nothing when all of them are present.
 set -euo pipefail
 
@@ -13,7 +14,7 @@ command -v g++ >/dev/null 2>&1 || missing+=(g++)
 command -v clang++ >/dev/null 2>&1 || missing+=(clang)
 dpkg -s libgtest-dev >/dev/null 2>&1 || missing+=(libgtest-dev)
 dpkg -s libbenchmark-dev >/dev/null 2>&1 || missing+=(libbenchmark-dev)
-for package in libclang-rt-14-dev gemmi-dev tao-pegtl-dev libstb-dev libcli11-dev nlohmann-json3-dev; do
+for package in libclang-rt-14-dev gemmi-dev tao-pegtl-dev libstb-dev libcli11-dev nlohmann-json3-dev libcoordgen-dev libexpat1-dev; do
   dpkg -s "$package" >/dev/null 2>&1 || missing+=("$package")
 done
 

@@ -111,6 +111,21 @@ private:
     bool json_ = false;
 };
 
+/// molcryst draw FILE OUT.svg [--all-carbons]: the chemical diagram of the
+/// first structure's asymmetric unit, laid out flat, as an SVG picture.
+class DrawCommand {
+public:
+    explicit DrawCommand(CLI::App& parent);
+    bool chosen() const;
+    int run(std::ostream& out, std::ostream& err) const;
+
+private:
+    CLI::App* command_;
+    std::string file_;
+    std::string output_;
+    bool all_carbons_ = false;
+};
+
 }  // namespace app
 }  // namespace molcryst
 

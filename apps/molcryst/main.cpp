@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
     molcryst::app::ConvertCommand convert(app);
     molcryst::app::SaveCommand save(app);
     molcryst::app::DbCommand db(app);
+    molcryst::app::DrawCommand draw(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -27,5 +28,6 @@ int main(int argc, char** argv) {
     if (convert.chosen()) return convert.run(std::cout, std::cerr);
     if (save.chosen()) return save.run(std::cout, std::cerr);
     if (db.chosen()) return db.run(std::cout, std::cerr);
+    if (draw.chosen()) return draw.run(std::cout, std::cerr);
     return 2;
 }

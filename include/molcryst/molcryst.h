@@ -152,4 +152,15 @@
 #include "molcryst/edit/StoredGeometry.h"
 #include "molcryst/edit/HydrogenNormalisation.h"
 
+// diagram: two-dimensional chemical diagrams, their reversible groups and the generator from molecules
+#include "molcryst/diagram/ChemicalDiagram.h"
+#include "molcryst/diagram/DiagramAtom.h"
+#include "molcryst/diagram/DiagramBond.h"
+#include "molcryst/diagram/DiagramCircle.h"
+#include "molcryst/diagram/DiagramCompositeEdge.h"
+#include "molcryst/diagram/DiagramFrame.h"
+#include "molcryst/diagram/DiagramSymbol.h"
+#include "molcryst/diagram/DiagramGroup.h"
+#include "molcryst/diagram/ChemicalDiagramGenerator.h"
+
 #endif

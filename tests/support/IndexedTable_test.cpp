@@ -76,6 +76,21 @@ TEST(IndexedTable, IndicesRepairThemselvesAfterRemoval) {
     EXPECT_THROW(table.index(50), std::invalid_argument);
 }
 
+TEST(IndexedTable, IndicesStayExactThroughRunsOfRemovalsAndAdditions) {
+    // Removals scattered through the table, lookups between them, additions
+    // at the end: every index must equal the value's place, whether found
+    // just below a stale hint or after a renumbering.
+    IndexedTable<int> table;
+    for (int v = 0; v < 400; ++v) table.add(v);
+    for (int round = 0; round < 120; ++round) {
+        table.remove_value(table.values()[(round * 37) % table.size()]);
+        if (round % 7 == 0) table.add(1000 + round);
+        const int probe = table.values()[(round * 13) % table.size()];
+        EXPECT_EQ(table.values()[table.index(probe)], probe);
+    }
+    for (unsigned int i = 0; i < table.size(); ++i) EXPECT_EQ(i, table.index(table.values()[i]));
+}
+
 TEST(IndexedTable, BulkRemovalKeepsTheOrderOfTheRest) {
     IndexedTable<int> table = table_of({10, 20, 30, 40, 50});
     // Foreign values are ignored and not counted.

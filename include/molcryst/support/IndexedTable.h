@@ -2,7 +2,9 @@
 // by value in logarithmic time.
 //
 // Removal costs one erase and renumbers nothing: the stored positions are
-// hints, and the first `index` that finds a stale hint rewrites them all.
+// hints. An `index` that finds its hint stale looks below it, as far as the
+// removals since the last renumbering reach, and rewrites them all when many
+// removals have gathered.
 // Removing many values at once goes through `remove_if` or `remove_values`,
 // which filter the sequence in one pass and renumber once.
 #ifndef MOLCRYST_SUPPORT_INDEXEDTABLE_H
@@ -48,6 +50,19 @@ public:
         typename std::map<V, unsigned int>::iterator found = positions_.find(v);
         if (found == positions_.end()) throw std::invalid_argument("IndexedTable::index(Value): Unknown value.");
         if (found->second < values_.size() && values_[found->second] == v) return found->second + first_index_;
+        // Each removal since the positions were last exact moved later values
+        // down one place, so the value lies at most that many places below its
+        // hint. While few removals have gathered, a look below the hint is far
+        // cheaper than rewriting every position; a run of removals (a group
+        // folded out of a diagram) then costs no renumbering each.
+        if (stale_ <= values_.size() / 8) {
+            const std::size_t top = std::min<std::size_t>(found->second, values_.size());
+            for (std::size_t k = 1; k <= stale_ && k <= top; ++k)
+                if (values_[top - k] == v) {
+                    found->second = static_cast<unsigned int>(top - k);
+                    return found->second + first_index_;
+                }
+        }
         refresh();
         return found->second + first_index_;
     }
@@ -59,6 +74,7 @@ public:
     void remove(iterator position) {
         positions_.erase(*position);
         values_.erase(position);
+        ++stale_;
     }
 
     /// Removes every value for which `doomed(value)` is true, judged before
@@ -87,6 +103,7 @@ public:
         }
         values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(kept), values_.end());
         renumber(values_);  // the map now holds exactly the values kept
+        stale_ = 0;
         return static_cast<unsigned int>(count);
     }
 
@@ -98,6 +115,7 @@ public:
     }
 
     void clear() {
+        stale_ = 0;
         values_.clear();
         positions_.clear();
     }
@@ -110,6 +128,7 @@ public:
     void reorder(const std::vector<V>& values) {
         if (values.size() == values_.size() && renumber(values)) {
             values_.assign(values.begin(), values.end());
+            stale_ = 0;
             return;
         }
         clear();
@@ -151,6 +170,7 @@ private:
     }
 
     void refresh() const {
+        stale_ = 0;
         unsigned int position = 0;
         for (const V& v : values_) positions_[v] = position++;
     }
@@ -158,6 +178,7 @@ private:
     std::deque<V> values_;
     int first_index_ = 0;
     mutable std::map<V, unsigned int> positions_;  // hints, repaired by index()
+    mutable std::size_t stale_ = 0;  // removals since every position was last exact
 };
 
 }  // namespace molcryst

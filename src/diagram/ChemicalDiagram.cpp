@@ -1,0 +1,325 @@
+#include "molcryst/diagram/ChemicalDiagram.h"
+
+#include <cmath>
+#include <ostream>
+#include <stdexcept>
+#include <vector>
+
+#include "molcryst/diagram/DiagramAtom.h"
+#include "molcryst/geometry/GeometryFunctions.h"
+
+namespace molcryst {
+
+bool ChemicalDiagram::init_ = false;
+PolymorphicFactory<DiagramNode, PolymorphicFactoryTypeExtractor<DiagramNode> > ChemicalDiagram::node_factory_;
+std::map<int, std::string> ChemicalDiagram::tarn_symbols_;
+
+ChemicalDiagram::ChemicalDiagram() : graph_(new DiagramGraph()) {
+    init();
+    validate();
+}
+
+ChemicalDiagram::ChemicalDiagram(const ChemicalDiagram& other) : Subject(other), graph_(new DiagramGraph()) {
+    init();
+    add(other);
+}
+
+ChemicalDiagram& ChemicalDiagram::operator=(const ChemicalDiagram& other) {
+    if (this == &other) return *this;
+    clear();
+    add(other);
+    return *this;
+}
+
+ChemicalDiagram::~ChemicalDiagram() { clear(); }
+
+void ChemicalDiagram::init() {
+    if (init_) return;
+    init_ = true;
+    // The symbol catalogue fills tarn_symbols_ when it is registered; the
+    // node kinds file their prototypes as they are first made.
+    DiagramAtom::init();
+}
+
+void ChemicalDiagram::node_factory_register_class(const char* name, HDiagramNode prototype) {
+    node_factory_.register_class(name, prototype);
+}
+
+void ChemicalDiagram::add(const ChemicalDiagram& other) {
+    validate();
+    // Snapshots first: `other` may be this diagram.
+    const std::vector<HDiagramNode> nodes(other.begin_nodes(), other.end_nodes());
+    const std::vector<HDiagramEdge> edges(other.begin_edges(), other.end_edges());
+    std::map<HDiagramNode, HDiagramNode> clone_of;
+    for (const HDiagramNode& n : nodes) {
+        HDiagramNode copy = n->clone();
+        clone_of.insert(std::make_pair(n, copy));
+        add(copy);
+    }
+    for (const HDiagramEdge& e : edges) {
+        HDiagramEdge copy(e->clone());
+        add(copy, clone_of[other.graph_->edge_node1(e)], clone_of[other.graph_->edge_node2(e)]);
+    }
+    validate();
+}
+
+void ChemicalDiagram::add(HDiagramNode node) {
+    validate();
+    if (node.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::add(HDiagramNode) node is a null pointer");
+    if (node->graph().unhand() != nullptr && node->graph() != graph_)
+        throw std::domain_error("ChemicalDiagram::add(HDiagramNode) node is already in another ChemicalDiagram object");
+    if (graph_->has_node(node)) {
+        if (node->graph() != graph_)
+            throw std::runtime_error("ChemicalDiagram::add(HDiagramNode) mismatch between node and graph data");
+        return;
+    }
+    graph_->add_node(node);
+    node->set_graph(graph_, node);
+    validate();
+}
+
+void ChemicalDiagram::add(HDiagramEdge edge, HDiagramNode node1, HDiagramNode node2) {
+    static const std::string where = "ChemicalDiagram::add(HDiagramEdge, HDiagramNode, HDiagramNode) ";
+    validate();
+    if (edge.unhand() == nullptr) throw std::invalid_argument(where + "edge is a null pointer");
+    if (edge->graph().unhand() != nullptr && edge->graph() != graph_)
+        throw std::domain_error(where + "edge is already in another ChemicalDiagram object");
+    if (node1.unhand() == nullptr) throw std::invalid_argument(where + "node1 is a null pointer");
+    if (node1->graph().unhand() != nullptr && node1->graph() != graph_)
+        throw std::domain_error(where + "node1 is already in another ChemicalDiagram object");
+    if (node2.unhand() == nullptr) throw std::invalid_argument(where + "node2 is a null pointer");
+    if (node2->graph().unhand() != nullptr && node2->graph() != graph_)
+        throw std::domain_error(where + "node2 is already in another ChemicalDiagram object");
+    if (node1 == node2) throw std::invalid_argument(where + "an node cannot be bonded to itself");
+    if (graph_->has_edge(node1, node2)) {
+        if (graph_->edge(node1, node2) == edge) {
+            if (edge->graph() != graph_ || node1->graph() != graph_ || node2->graph() != graph_)
+                throw std::runtime_error(where + "mismatch between node, edge and graph data");
+            return;
+        }
+        throw std::domain_error(where + "node1 and node2 are already in a different edge in this ChemicalDiagram object");
+    }
+    if (graph_->has_edge(edge))
+        throw std::domain_error(where + "edge is already present in this ChemicalDiagram object, but involving different nodes");
+    graph_->add_edge(edge, node1, node2);
+    edge->set_graph(graph_, edge);
+    if (node1->graph().unhand() == nullptr) node1->set_graph(graph_, node1);
+    if (node2->graph().unhand() == nullptr) node2->set_graph(graph_, node2);
+    validate();
+}
+
+void ChemicalDiagram::remove(HDiagramNode node) {
+    validate();
+    if (node.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::remove(HDiagramNode) node is a null pointer");
+    if (node->graph() != graph_) return;
+    isolate(node);
+    graph_->remove_node(node);
+    node->set_graph(HDiagramGraph(), HDiagramNode());
+    validate();
+}
+
+void ChemicalDiagram::remove(HDiagramEdge edge) {
+    validate();
+    if (edge.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::remove(HDiagramEdge) edge is a null pointer");
+    if (edge->graph() != graph_) return;
+    graph_->remove_edge(edge);
+    edge->set_graph(HDiagramGraph(), HDiagramEdge());
+    validate();
+}
+
+void ChemicalDiagram::isolate(HDiagramNode node) {
+    if (node.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::isolate(HDiagramNode) node is a null pointer");
+    if (node->graph() != graph_) return;  // a free node has no edges here
+    const std::deque<HDiagramEdge> edges = node->edges();
+    for (const HDiagramEdge& e : edges) remove(e);
+}
+
+void ChemicalDiagram::clear() {
+    validate();
+    for (DiagramGraph::node_iterator n = graph_->begin_nodes(); n != graph_->end_nodes(); ++n)
+        (*n)->set_graph(HDiagramGraph(), HDiagramNode());
+    for (DiagramGraph::edge_iterator e = graph_->begin_edges(); e != graph_->end_edges(); ++e)
+        (*e)->set_graph(HDiagramGraph(), HDiagramEdge());
+    graph_->clear();
+    pi_groups_.clear();
+    symbol_groups_.clear();
+    ligand_groups_.clear();
+    repeat_groups_.clear();
+    validate();
+}
+
+bool ChemicalDiagram::has_node(HDiagramNode node) const {
+    if (node.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::has_node(HDiagramNode) node is a null pointer");
+    return node->graph() == graph_;
+}
+
+bool ChemicalDiagram::has_edge(HDiagramEdge edge) const {
+    if (edge.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::has_edge(HDiagramEdge) edge is a null pointer");
+    return edge->graph() == graph_;
+}
+
+HDiagramEdge ChemicalDiagram::edge(HDiagramNode node1, HDiagramNode node2) const {
+    if (node1.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::edge(HDiagramNode, HDiagramNode) node1 is a null pointer");
+    if (node2.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::edge(HDiagramNode, HDiagramNode) node2 is a null pointer");
+    return graph_->edge(node1, node2);
+}
+
+bool ChemicalDiagram::has_edge(HDiagramNode node1, HDiagramNode node2) const {
+    if (node1.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::has_edge(HDiagramNode, HDiagramNode) node1 is a null pointer");
+    if (node2.unhand() == nullptr)
+        throw std::invalid_argument("ChemicalDiagram::has_edge(HDiagramNode, HDiagramNode) node2 is a null pointer");
+    return graph_->has_edge(node1, node2);
+}
+
+int ChemicalDiagram::formal_charge() const {
+    int sum = 0;
+    for (const_node_iterator n = begin_nodes(); n != end_nodes(); ++n) sum += (*n)->formal_charge();
+    return sum;
+}
+
+void ChemicalDiagram::translate(const Point2d& offset) {
+    for (const_node_iterator n = begin_nodes(); n != end_nodes(); ++n) {
+        DiagramAtom* atom = dynamic_cast<DiagramAtom*>(n->unhand());
+        if (atom != nullptr)
+            atom->set_position(Point2d(atom->position().x() + offset.x(), atom->position().y() + offset.y()));
+    }
+}
+
+Point2d ChemicalDiagram::diagram_centroid() const {
+    std::vector<Point> points;
+    points.reserve(static_cast<std::size_t>(nnodes()));
+    for (const_node_iterator n = begin_nodes(); n != end_nodes(); ++n) {
+        const Point2d p = (*n)->position();
+        points.push_back(Point(p.x(), p.y(), 0.0));
+    }
+    const Point c = centroid(points);
+    return Point2d(c[0], c[1]);
+}
+
+bool ChemicalDiagram::is_visible_carbon(HDiagramNode node) const {
+    const DiagramAtom* atom = dynamic_cast<const DiagramAtom*>(node.unhand());
+    if (atom == nullptr) return true;
+    if (atom->element().symbol() != "C") return true;
+    const int n = atom->nedges();
+    if (n <= 1) return true;
+    if (n >= 3) return false;
+    const std::deque<HDiagramEdge> edges = atom->edges();
+    if (edges[0]->type() == TRIPLE_BOND || edges[1]->type() == TRIPLE_BOND) return true;
+    if (edges[0]->type() != edges[1]->type()) return false;
+    const Point2d a = edges[0]->other_node(node)->position();
+    const Point2d b = atom->position();
+    const Point2d c = edges[1]->other_node(node)->position();
+    const double degrees =
+        angle(Point(a.x(), a.y(), 0.0), Point(b.x(), b.y(), 0.0), Point(c.x(), c.y(), 0.0), 1e-07).radians() *
+        57.29577951308232;
+    // A straight chain would hide the atom's place.
+    return degrees < 1.0 || degrees > 179.0;
+}
+
+bool ChemicalDiagram::is_right_bonded_node(HDiagramNode node) const {
+    if (node->nedges() == 0) return true;
+    const Point2d here = node->position();
+    bool left = false, right = false;
+    double left_y = 0.0, right_y = 0.0;
+    for (const HDiagramEdge& e : node->edges()) {
+        const Point2d p = e->other_node(node)->position();
+        if (std::fabs(p.x()) < 1e-07 && std::fabs(p.y()) < 1e-07) continue;  // no usable position
+        if (p.x() > here.x()) {
+            right = true;
+            right_y = p.y();
+        } else {
+            left = true;
+            left_y = p.y();
+        }
+    }
+    if (!left) return !right;
+    if (!right) return true;
+    if (!(here.y() < right_y)) return !(left_y < right_y);
+    return !(left_y > right_y);
+}
+
+void ChemicalDiagram::print(std::ostream& out) const {
+    out << "nnodes: " << nnodes() << "\n";
+    for (const_node_iterator n = begin_nodes(); n != end_nodes(); ++n) {
+        (*n)->print(out);
+        out << "\n";
+    }
+    out << "nedges: " << nedges() << "\n";
+    for (const_edge_iterator e = begin_edges(); e != end_edges(); ++e) {
+        (*e)->print(out);
+        out << "\n";
+    }
+}
+
+void ChemicalDiagram::add_pi_group(HDiagramPiGroup group) { pi_groups_.insert(group); }
+
+void ChemicalDiagram::add_symbol_group(HDiagramSymbolGroup group) { symbol_groups_.insert(group); }
+
+void ChemicalDiagram::remove_pi_group(HDiagramPiGroup group) { pi_groups_.erase(group); }
+
+void ChemicalDiagram::remove_symbol_group(HDiagramSymbolGroup group) { symbol_groups_.erase(group); }
+
+namespace {
+
+// Swaps every group of `groups` in set order. A group's swap may edit the
+// diagram's own sets (a symbol group takes its pi groups out), so the walk
+// goes over a snapshot.
+template <class Group>
+bool swap_groups(const std::set<THandle<Group> >& groups, ChemicalDiagram& diagram, bool expand) {
+    const std::vector<THandle<Group> > snapshot(groups.begin(), groups.end());
+    for (const THandle<Group>& g : snapshot) {
+        if (expand)
+            g->expand(diagram);
+        else
+            g->contract(diagram);
+    }
+    return !snapshot.empty();
+}
+
+}  // namespace
+
+void ChemicalDiagram::expand_symbol_groups() {
+    if (swap_groups(symbol_groups_, *this, true)) set_changed();
+    notify();
+}
+
+void ChemicalDiagram::contract_symbol_groups() {
+    if (swap_groups(symbol_groups_, *this, false)) set_changed();
+    notify();
+}
+
+void ChemicalDiagram::expand_ligand_groups() {
+    if (swap_groups(ligand_groups_, *this, true)) set_changed();
+    notify();
+}
+
+void ChemicalDiagram::contract_ligand_groups() {
+    if (swap_groups(ligand_groups_, *this, false)) set_changed();
+    notify();
+}
+
+void ChemicalDiagram::expand_pi_groups() {
+    if (swap_groups(pi_groups_, *this, true)) set_changed();
+    notify();
+}
+
+void ChemicalDiagram::contract_pi_groups() {
+    if (swap_groups(pi_groups_, *this, false)) set_changed();
+    notify();
+}
+
+std::ostream& operator<<(std::ostream& out, const ChemicalDiagram& diagram) {
+    diagram.print(out);
+    return out;
+}
+
+}  // namespace molcryst
