@@ -105,13 +105,14 @@ void ConformationSetting::apply() const {
     // other molecules stay; the old ones are kept to undo a failure.
     std::vector<std::pair<HAtom, HSite> > old;
     old.reserve(static_cast<std::size_t>(molecule.natoms()));
-    for (auto it = molecule.begin_atoms(), end = molecule.end_atoms(); it != end; ++it) {
-        const HAtom& atom = *it;
-        if (!atom->has_site()) continue;
-        old.emplace_back(atom, atom->site());
-        atom->set_site(HSite(new Site(*atom->site())));
-    }
     try {
+        // Recorded before each change, so that a refusal part way undoes exactly what was done.
+        for (auto it = molecule.begin_atoms(), end = molecule.end_atoms(); it != end; ++it) {
+            const HAtom& atom = *it;
+            if (!atom->has_site()) continue;
+            old.emplace_back(atom, atom->site());
+            atom->set_site(HSite(new Site(*atom->site())));
+        }
         for (const HTorsionAngleSetting& t : torsions_) set_torsion(*t);
     } catch (...) {
         for (const auto& entry : old) entry.first->set_site(entry.second);
@@ -172,6 +173,8 @@ void ConformationSetting::set_torsion(const TorsionAngleSetting& t) const {
     const Point p3 = t.atom3_->site()->orth();
     const Angle current = torsion_angle(t.atom1_->site()->orth(), p2, p3, t.atom4_->site()->orth());
     const Angle delta = t.angle_ - current;
+    // Two axis atoms at one point give no axis to turn about.
+    if (p2 == p3) throw std::runtime_error("ConformationSetting::apply() failed - atoms 2 and 3 coincide");
     Transformation rotation;
     rotation.set_rot(p3 - p2, moves4 ? delta : -delta);
     const Point origin = moving == &side2 ? p2 : p3;

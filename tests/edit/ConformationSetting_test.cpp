@@ -285,3 +285,13 @@ TEST(StoredGeometry, RestoresTheExactCoordinatesAndRefusesAnEditedMolecule) {
               "StoredGeometry::apply:  at least one atom in is no longer in the molecule.");
     EXPECT_EQ(m->atom(0)->site()->orth(), moved[1]);
 }
+
+TEST(ConformationSetting, AxisAtomsAtOnePointAreRefusedAndTheMoleculeIsLeft) {
+    // C2 and C3 at one point: no axis to turn about.
+    HMolecule3d m = molecule("C C1 0 0 0; C C2 1.5 0 0; C C3 1.5 0 0; C C4 2.5 1 0", "C1-C2 C2-C3 C3-C4");
+    std::vector<HSite> sites;
+    for (int i = 0; i < m->natoms(); ++i) sites.push_back(m->atom(i)->site());
+    EXPECT_EQ(error_text<std::runtime_error>([&]() { setting(m, {torsion(*m, "C1", "C2", "C3", "C4", 60.0)})->apply(); }),
+              "ConformationSetting::apply() failed - atoms 2 and 3 coincide");
+    for (int i = 0; i < m->natoms(); ++i) EXPECT_EQ(m->atom(i)->site(), sites[static_cast<std::size_t>(i)]) << i;
+}
