@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "CellJson.h"
 #include "Clashes.h"
 #include "Commands.h"
 #include "DbStructure.h"
@@ -202,14 +203,8 @@ int DbCommand::show(std::ostream& out, std::ostream& err) const {
     if (json_) {
         nlohmann::json e;
         e["id"] = entry->identifier().text();
-        e["cell"] = {{"a", cell.a()},
-                     {"b", cell.b()},
-                     {"c", cell.c()},
-                     {"alpha", cell.alpha().degrees()},
-                     {"beta", cell.beta().degrees()},
-                     {"gamma", cell.gamma().degrees()},
-                     {"volume", cell.volume()}};
-        e["spacegroup"] = {{"name", sg.name()}, {"number", sg.number()}, {"operators", sg.noperators()}};
+        e["cell"] = cell_json(cell);
+        e["spacegroup"] = spacegroup_json(sg);
         e["molecules"] = maker.nmolecules();
         e["atoms"] = maker.natoms();
         e["formula"] = to_string(formula);

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "CellJson.h"
 #include "Clashes.h"
 #include "HBondNetwork.h"
 #include "molcryst/support/VersionedArchive.h"
@@ -73,14 +74,8 @@ int report_saved_crystal(const std::string& file, bool json, bool clashes, std::
     if (clashes) found = find_clashes(HCrystalMaker(new CrystalMaker(*crystal.crystal_maker())));
     if (json) {
         nlohmann::json s;
-        s["cell"] = {{"a", cell.a()},
-                     {"b", cell.b()},
-                     {"c", cell.c()},
-                     {"alpha", cell.alpha().degrees()},
-                     {"beta", cell.beta().degrees()},
-                     {"gamma", cell.gamma().degrees()},
-                     {"volume", cell.volume()}};
-        s["spacegroup"] = {{"name", sg.name()}, {"number", sg.number()}, {"operators", sg.noperators()}};
+        s["cell"] = cell_json(cell);
+        s["spacegroup"] = spacegroup_json(sg);
         s["molecules"] = shown->nmolecules();
         s["atoms"] = natoms(*shown);
         s["packing"] = crystal.packing();

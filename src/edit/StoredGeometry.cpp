@@ -31,6 +31,8 @@ StoredGeometry::StoredGeometry(const HMolecule& molecule, const std::vector<HSit
 }
 
 void StoredGeometry::apply() const {
+    // A molecule taken away by load_molecule leaves nothing to restore to.
+    if (molecule_.unhand() == nullptr) throw std::runtime_error("StoredGeometry::apply: no molecule");
     const Molecule& molecule = *molecule_;
     if (static_cast<std::size_t>(molecule.natoms()) != sites_.size())
         throw std::runtime_error("StoredGeometry::apply: The molecule has been edited, so this StoredGeometry is invalid");

@@ -270,8 +270,12 @@ TEST(StoredGeometry, RestoresTheExactCoordinatesAndRefusesAnEditedMolecule) {
               "StoredGeometry::StoredGeometry: Invalid molecule.");
     EXPECT_EQ(error_text<std::invalid_argument>([&]() { StoredGeometry s{HMolecule()}; }),
               "StoredGeometry::StoredGeometry: Invalid molecule.");
-    const StoredGeometry given(HMolecule(m), sites);
+    StoredGeometry given(HMolecule(m), sites);
     EXPECT_NE(given.site(m->atom(0)).unhand(), sites[0].unhand());
+    EXPECT_EQ(given.site(m->atom(0))->orth(), sites[0]->orth());
+    StoredGeometry taken(HMolecule(m), sites);
+    taken.load_molecule(HMolecule());
+    EXPECT_EQ(error_text<std::runtime_error>([&]() { taken.apply(); }), "StoredGeometry::apply: no molecule");
     EXPECT_EQ(given.site(m->atom(0))->orth(), sites[0]->orth());
 
     // An atom more, or another atom in place of one: refused, nothing moved.

@@ -1,0 +1,23 @@
+#include "molcryst/edit/ValenceAngleSetting.h"
+
+#include <stdexcept>
+
+namespace molcryst {
+
+ValenceAngleSetting::ValenceAngleSetting(const HMolecule& molecule, int atom1, int atom2, int atom3,
+                                         const Angle& angle)
+    : angle_(angle) {
+    if (molecule.unhand() == nullptr) throw std::invalid_argument("ValenceAngleSetting() invalid zero molecule handle");
+    atom1_ = molecule->atom(atom1);
+    atom2_ = molecule->atom(atom2);
+    atom3_ = molecule->atom(atom3);
+}
+
+ValenceAngleSetting::ValenceAngleSetting(const HAtom& atom1, const HAtom& atom2, const HAtom& atom3,
+                                         const Angle& angle)
+    : atom1_(atom1), atom2_(atom2), atom3_(atom3), angle_(angle) {
+    if (atom1.unhand() == nullptr || atom2.unhand() == nullptr || atom3.unhand() == nullptr)
+        throw std::invalid_argument("ValenceAngleSetting() invalid zero atom handle");
+}
+
+}  // namespace molcryst
