@@ -13,6 +13,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "molcryst/diagram/DiagramEdge.h"
 #include "molcryst/diagram/DiagramFormulaGroup.h"
@@ -108,6 +109,20 @@ public:
     const std::set<HDiagramLigandGroup>& ligand_groups() const { return ligand_groups_; }
     const std::set<HDiagramRepeatGroup>& repeat_groups() const { return repeat_groups_; }
     const std::set<HDiagramFormulaGroup>& formula_groups() const { return formula_groups_; }
+    /// A symbol group of the catalogue over `nodes` (atoms in template
+    /// order), by code or by name; see DiagramSymbolGroup::set_atoms. A node
+    /// already in another symbol group is refused before anything changes.
+    void add_group_symbol(const std::vector<HDiagramNode>& nodes, int code);
+    void add_group_symbol(const std::vector<HDiagramNode>& nodes, const std::string& type);
+    /// Identical ligands on one centre, `units[u][j]` the j-th atom of unit u.
+    void add_ligand_group(const std::vector<THandle<std::vector<HDiagramNode> > >& units);
+    /// Repeat units of a chain, as add_ligand_group.
+    void add_repeat_group(const std::vector<THandle<std::vector<HDiagramNode> > >& units);
+    /// `nodes` shown as the formula `text` at `point`.
+    void add_formula_group(const std::vector<HDiagramNode>& nodes, const Point2d& point, const std::string& text);
+    /// Circles for the aromatic rings (rings of type-5 edges without a
+    /// chord), and a pi group for each centre pi-bonded to a whole ring.
+    void derive_aromatic_rings();
     void expand_symbol_groups();
     void contract_symbol_groups();
     void expand_ligand_groups();
@@ -121,6 +136,8 @@ public:
     static void node_factory_register_class(const char* name, HDiagramNode prototype);
 
     static PolymorphicFactory<DiagramNode, PolymorphicFactoryTypeExtractor<DiagramNode> > node_factory_;
+    /// The catalogue's symbol group prototypes, by name.
+    static PolymorphicFactory<DiagramSymbolGroup, DiagramSymbolNameExtractor> symbol_factory_;
     /// The names of the catalogue's symbol groups, by code.
     static std::map<int, std::string> tarn_symbols_;
 

@@ -1,23 +1,112 @@
-// DiagramMultipleGroup: repeated units shown once, inside a frame with a
-// multiplier: identical ligands on a centre, or repeat units of a chain.
+// DiagramMultipleGroup: repeated units shown once, inside a DiagramFrame
+// that carries their number: identical ligands on a centre
+// (DiagramLigandGroup), or repeat units of a chain (DiagramRepeatGroup).
 //
-// The kinds exist so that a diagram keeps ligand and repeat groups in sets
-// of their own; their matches are made by the code that recognises them.
+// Contracted, the diagram shows clones of the atoms of the first unit inside
+// the frame, bonded by composite edges that hold the corresponding bond of
+// every unit; ring circles, pi groups and symbol groups of the first unit get
+// counterparts in the frame. Expanding gives back every node, edge and group
+// of the units.
 #ifndef MOLCRYST_DIAGRAM_DIAGRAMMULTIPLEGROUP_H
 #define MOLCRYST_DIAGRAM_DIAGRAMMULTIPLEGROUP_H
 
+#include <map>
+#include <set>
+#include <vector>
+
+#include "molcryst/diagram/DiagramFrame.h"
 #include "molcryst/diagram/DiagramGroup.h"
+#include "molcryst/diagram/DiagramPiGroup.h"
+#include "molcryst/diagram/DiagramSymbolGroup.h"
 
 namespace molcryst {
 
-/// A group of several units of equal length shown as one.
-class DiagramMultipleGroup : public DiagramGroup {};
+/// A group of units of equal length, atoms in corresponding order. Unequal
+/// lengths or no unit at all are refused with std::invalid_argument.
+class DiagramMultipleGroup : public DiagramGroup {
+public:
+    typedef THandle<std::vector<HDiagramNode> > Unit;
+    typedef std::vector<Unit> Units;
+    /// What set_atoms notes of each atom of the units.
+    struct UnitAtom {
+        HDiagramNode clone;        // its clone in the frame
+        HDiagramNode counterpart;  // the atom of unit 0 in its place
+        int unit = 0;              // its unit's number
+    };
+    typedef std::map<HDiagramNode, UnitAtom> UnitAtoms;
 
-/// Identical ligands on one centre.
-class DiagramLigandGroup : public DiagramMultipleGroup {};
+    DiagramMultipleGroup();
+    ~DiagramMultipleGroup() override;
 
-/// Repeat units of a chain.
-class DiagramRepeatGroup : public DiagramMultipleGroup {};
+    void expand(ChemicalDiagram& diagram) override;
+    void contract(ChemicalDiagram& diagram) override;
+    void clear() override;
+
+    /// Matches the units against one frame of clones; the group stays expanded.
+    virtual void set_atoms(const Units& units, ChemicalDiagram& diagram);
+    /// Matches the bonds from the units to the rest of the diagram.
+    virtual void set_attachment_bonds(const Units& units, const UnitAtoms& atoms,
+                                      const std::set<HDiagramEdge>& group_edges, ChemicalDiagram& diagram) = 0;
+    /// Matches the bonds between different units.
+    virtual void set_inter_unit_bonds(const Units& units, const UnitAtoms& atoms,
+                                      const std::set<HDiagramEdge>& group_edges, ChemicalDiagram& diagram) = 0;
+
+    /// The frame; null before set_atoms.
+    THandle<DiagramFrame> frame() const { return frame_; }
+    /// The symbol and pi groups of the units, out of the diagram while contracted.
+    const std::set<HDiagramSymbolGroup>& unit_symbol_groups() const { return unit_symbol_groups_; }
+    const std::set<HDiagramPiGroup>& unit_pi_groups() const { return unit_pi_groups_; }
+    /// The groups made for the frame, in the diagram while contracted.
+    const std::set<HDiagramSymbolGroup>& frame_symbol_groups() const { return frame_symbol_groups_; }
+    const std::set<HDiagramPiGroup>& frame_pi_groups() const { return frame_pi_groups_; }
+
+protected:
+    const UnitAtoms& unit_atoms() const { return unit_atoms_; }
+
+private:
+    void make_frame_groups(ChemicalDiagram& diagram);
+    void restore_groups(ChemicalDiagram& diagram, const std::set<HDiagramSymbolGroup>& symbols,
+                        const std::set<HDiagramPiGroup>& pis, bool contract_them);
+    void withdraw_groups(ChemicalDiagram& diagram, const std::set<HDiagramSymbolGroup>& symbols,
+                         const std::set<HDiagramPiGroup>& pis);
+
+    std::set<HDiagramSymbolGroup> unit_symbol_groups_;
+    std::set<HDiagramSymbolGroup> frame_symbol_groups_;
+    std::set<HDiagramPiGroup> unit_pi_groups_;
+    std::set<HDiagramPiGroup> frame_pi_groups_;
+    THandle<DiagramFrame> frame_;
+    UnitAtoms unit_atoms_;
+    std::map<HDiagramNode, HDiagramNode> circle_clones_;  // circle of the units -> its circle in the frame
+    bool frame_groups_made_ = false;
+};
+
+/// Identical ligands on one centre: contracted, one ligand in a frame with
+/// the number of ligands, bonded to the centre by composite edges.
+class DiagramLigandGroup : public DiagramMultipleGroup {
+public:
+    DiagramLigandGroup(const Units& units, ChemicalDiagram& diagram);
+    ~DiagramLigandGroup() override;
+    /// Gathers the bonds to the centre, per atom of unit 0, into one composite edge.
+    void set_attachment_bonds(const Units& units, const UnitAtoms& atoms, const std::set<HDiagramEdge>& group_edges,
+                              ChemicalDiagram& diagram) override;
+    /// Ligands are not bonded to each other: nothing.
+    void set_inter_unit_bonds(const Units& units, const UnitAtoms& atoms, const std::set<HDiagramEdge>& group_edges,
+                              ChemicalDiagram& diagram) override;
+};
+
+/// Repeat units of a chain: contracted, one unit in a frame with the number
+/// of units, the chain's ends bonded to it.
+class DiagramRepeatGroup : public DiagramMultipleGroup {
+public:
+    DiagramRepeatGroup(const Units& units, ChemicalDiagram& diagram);
+    ~DiagramRepeatGroup() override;
+    /// The chain's bonds to the outside move to the clones.
+    void set_attachment_bonds(const Units& units, const UnitAtoms& atoms, const std::set<HDiagramEdge>& group_edges,
+                              ChemicalDiagram& diagram) override;
+    /// Bonds between units leave the diagram on contraction.
+    void set_inter_unit_bonds(const Units& units, const UnitAtoms& atoms, const std::set<HDiagramEdge>& group_edges,
+                              ChemicalDiagram& diagram) override;
+};
 
 typedef THandle<DiagramLigandGroup> HDiagramLigandGroup;
 typedef THandle<DiagramRepeatGroup> HDiagramRepeatGroup;
