@@ -49,7 +49,8 @@ HMolecule chain(int nheavy) {
 // Folds the listed nodes into one symbol, keeping the bonds to the outside.
 class FoldGroup : public DiagramSymbolGroup {
 public:
-    FoldGroup(const std::vector<HDiagramNode>& nodes, ChemicalDiagram& diagram) {
+    FoldGroup(const std::vector<HDiagramNode>& nodes, ChemicalDiagram& diagram)
+        : DiagramSymbolGroup("fold", "", "", "", std::vector<Point2d>(nodes.size()), 0, DiagramSymbol::HydrogenDefault) {
         HDiagramNode symbol(new DiagramSymbol(nodes));
         const std::set<HDiagramNode> members(nodes.begin(), nodes.end());
         for (const HDiagramNode& m : members) {

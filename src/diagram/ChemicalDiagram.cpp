@@ -1,11 +1,14 @@
 #include "molcryst/diagram/ChemicalDiagram.h"
 
 #include <cmath>
+#include <deque>
 #include <ostream>
 #include <stdexcept>
 #include <vector>
 
 #include "molcryst/diagram/DiagramAtom.h"
+#include "molcryst/diagram/DiagramSymbolCatalogue.h"
+#include "molcryst/support/TARNLog.h"
 #include "molcryst/geometry/GeometryFunctions.h"
 
 namespace molcryst {
@@ -13,6 +16,7 @@ namespace molcryst {
 bool ChemicalDiagram::init_ = false;
 PolymorphicFactory<DiagramNode, PolymorphicFactoryTypeExtractor<DiagramNode> > ChemicalDiagram::node_factory_;
 std::map<int, std::string> ChemicalDiagram::tarn_symbols_;
+PolymorphicFactory<DiagramSymbolGroup, DiagramSymbolNameExtractor> ChemicalDiagram::symbol_factory_;
 
 ChemicalDiagram::ChemicalDiagram() : graph_(new DiagramGraph()) {
     init();
@@ -36,9 +40,14 @@ ChemicalDiagram::~ChemicalDiagram() { clear(); }
 void ChemicalDiagram::init() {
     if (init_) return;
     init_ = true;
-    // The symbol catalogue fills tarn_symbols_ when it is registered; the
-    // node kinds file their prototypes as they are first made.
+    // The node kinds file their prototypes as they are first made.
     DiagramAtom::init();
+    for (const DiagramSymbolCatalogue::Entry& e : DiagramSymbolCatalogue::entries()) {
+        HDiagramSymbolGroup prototype(new DiagramSymbolGroup(e.name, e.left_label, e.right_label, e.centre_label,
+                                                             e.points, e.code, e.hydrogen_position));
+        symbol_factory_.register_class(prototype);
+        tarn_symbols_[e.code] = e.name;
+    }
 }
 
 void ChemicalDiagram::node_factory_register_class(const char* name, HDiagramNode prototype) {
@@ -267,6 +276,69 @@ void ChemicalDiagram::add_symbol_group(HDiagramSymbolGroup group) { symbol_group
 void ChemicalDiagram::remove_pi_group(HDiagramPiGroup group) { pi_groups_.erase(group); }
 
 void ChemicalDiagram::remove_symbol_group(HDiagramSymbolGroup group) { symbol_groups_.erase(group); }
+
+void ChemicalDiagram::add_group_symbol(const std::vector<HDiagramNode>& nodes, int code) {
+    add_group_symbol(nodes, tarn_symbols_[code]);
+}
+
+void ChemicalDiagram::add_group_symbol(const std::vector<HDiagramNode>& nodes, const std::string& type) {
+    static const std::string where = "ChemicalDiagram::add_group_symbol(nodes, type) ";
+    if (type.empty()) throw std::invalid_argument(where + "type is an empty string");
+    HDiagramSymbolGroup group = symbol_factory_.create(type.c_str());
+    if (group.unhand() == nullptr) HandleCommon::null_handle_error();
+    // Two symbols cannot stand for one atom: the second contraction would
+    // take the atom from the first.
+    for (const HDiagramNode& n : nodes)
+        for (const HDiagramSymbolGroup& other : symbol_groups_)
+            if (n.unhand() != nullptr && other->has_node(n))
+                throw std::invalid_argument(where + "a node is already in another symbol group");
+    group->set_atoms(nodes, *this);
+    symbol_groups_.insert(group);
+}
+
+void ChemicalDiagram::add_ligand_group(const std::vector<THandle<std::vector<HDiagramNode> > >& units) {
+    ligand_groups_.insert(HDiagramLigandGroup(new DiagramLigandGroup(units, *this)));
+}
+
+void ChemicalDiagram::add_repeat_group(const std::vector<THandle<std::vector<HDiagramNode> > >& units) {
+    repeat_groups_.insert(HDiagramRepeatGroup(new DiagramRepeatGroup(units, *this)));
+}
+
+void ChemicalDiagram::add_formula_group(const std::vector<HDiagramNode>& nodes, const Point2d& point,
+                                        const std::string& text) {
+    formula_groups_.insert(HDiagramFormulaGroup(new DiagramFormulaGroup(nodes, point, text, *this)));
+}
+
+void ChemicalDiagram::derive_aromatic_rings() {
+    if (nedges() == 0) return;
+    DiagramGraph aromatic;
+    for (const_edge_iterator e = begin_edges(); e != end_edges(); ++e)
+        if ((*e)->type() == AROMATIC_BOND) aromatic.add_edge(*e, (*e)->node1(), (*e)->node2());
+    std::deque<std::set<HDiagramNode> > rings;
+    aromatic.basic_ring_set(rings);
+    std::set<std::set<HDiagramNode> > seen;
+    for (const std::set<HDiagramNode>& ring : rings) {
+        const std::size_t n = ring.size();
+        if (aromatic.nodes_to_edges(ring).size() != n) continue;  // a chord among its atoms
+        if (!seen.insert(ring).second) continue;
+        THandle<DiagramCircle> circle(new DiagramCircle(ring));
+        add(HDiagramNode(circle));
+        std::set<HDiagramNode> centres;
+        for (const HDiagramNode& u : ring)
+            for (const HDiagramNode& v : u->neighbours())
+                if (graph_->edge(u, v)->type() == PI_BOND) centres.insert(v);
+        for (const HDiagramNode& v : centres) {
+            std::size_t count = 0;
+            for (const HDiagramNode& u : ring) {
+                if (!graph_->has_edge(v, u) || graph_->edge(v, u)->type() != PI_BOND) break;
+                ++count;
+            }
+            if (count != n) continue;
+            MOLCRYST_DEBUG_LINE(2, "Found pi-bonded circle: size " << n);
+            pi_groups_.insert(HDiagramPiGroup(new DiagramPiGroup(v, circle, *this)));
+        }
+    }
+}
 
 namespace {
 

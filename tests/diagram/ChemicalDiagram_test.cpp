@@ -204,7 +204,7 @@ TEST(ChemicalDiagram, CopiesCloneTheGraphAndAssignmentKeepsNothingOld) {
     HDiagramEdge e(new DiagramBond(TRIPLE_BOND));
     e->set_tooltip_text("C#N");
     d.add(e, a, b);
-    d.add_symbol_group(HDiagramSymbolGroup(new DiagramSymbolGroup()));
+    d.add_symbol_group(ChemicalDiagram::symbol_factory_.create("Phenyl"));
 
     ChemicalDiagram copy(d);
     ASSERT_EQ(2, copy.nnodes());
@@ -219,7 +219,7 @@ TEST(ChemicalDiagram, CopiesCloneTheGraphAndAssignmentKeepsNothingOld) {
 
     ChemicalDiagram target;
     target.add(HDiagramNode(new DiagramAtom()));
-    target.add_symbol_group(HDiagramSymbolGroup(new DiagramSymbolGroup()));
+    target.add_symbol_group(ChemicalDiagram::symbol_factory_.create("Phenyl"));
     target = d;
     EXPECT_EQ(2, target.nnodes());
     EXPECT_EQ(0, target.n_symbol_groups());

@@ -26,7 +26,9 @@ namespace {
 class FoldGroup : public DiagramSymbolGroup {
 public:
     FoldGroup(const std::vector<HDiagramNode>& nodes, const std::string& label, ChemicalDiagram& diagram)
-        : symbol_(new DiagramSymbol(nodes)) {
+        : DiagramSymbolGroup(label, label, label, label, std::vector<Point2d>(nodes.size()), 0,
+                             DiagramSymbol::HydrogenDefault),
+          symbol_(new DiagramSymbol(nodes)) {
         DiagramSymbol& s = dynamic_cast<DiagramSymbol&>(*symbol_);
         s.set_left_label(label);
         s.set_position(nodes[0]->position());
@@ -46,21 +48,6 @@ public:
 
 private:
     HDiagramNode symbol_;
-};
-
-// A metal bonded to every atom of a ring, folded into one bond to the ring's circle.
-class RingBondGroup : public DiagramPiGroup {
-public:
-    RingBondGroup(HDiagramNode centre, HDiagramNode circle, ChemicalDiagram& diagram)
-        : composite_(new DiagramCompositeEdge(PI_BOND)) {
-        for (const HDiagramNode& a : dynamic_cast<DiagramCircle&>(*circle).atoms())
-            if (diagram.has_edge(centre, a))
-                add_edge_match(diagram.edge(centre, a), HDiagramNode(), a, composite_, HDiagramNode(), circle);
-    }
-    HDiagramEdge composite() const { return composite_; }
-
-private:
-    HDiagramEdge composite_;
 };
 
 // The graph as it stands: nodes, and each edge with its ends and type.
@@ -188,7 +175,8 @@ TEST(DiagramGroup, RingBondsFoldIntoOneBondToTheCircleAndNotify) {
     HDiagramNode circle(new DiagramCircle(std::set<HDiagramNode>(ring.begin(), ring.end())));
     d.add(circle);
     const Snapshot before = snapshot(d);
-    THandle<RingBondGroup> group(new RingBondGroup(fe, circle, d));
+    HDiagramPiGroup group(new DiagramPiGroup(fe, handle_dynamic_cast<DiagramCircle>(circle), d));
+    const HDiagramEdge composite = group->matches().begin_edge_matches()->second;
     d.add_pi_group(group);
     CountingObserver viewer;
     d.connect(viewer);
@@ -204,14 +192,14 @@ TEST(DiagramGroup, RingBondsFoldIntoOneBondToTheCircleAndNotify) {
     EXPECT_EQ(1, viewer.updates);
     EXPECT_EQ(7, d.nnodes());
     EXPECT_EQ(6, d.nedges());
-    EXPECT_EQ(group->composite(), d.edge(fe, circle));
+    EXPECT_EQ(composite, d.edge(fe, circle));
     EXPECT_EQ(PI_BOND, d.edge(circle, fe)->type());
     EXPECT_EQ(std::set<HDiagramNode>({fe}), *group->current_attachment_nodes());
 
     d.expand_pi_groups();
     EXPECT_EQ(2, viewer.updates);
     EXPECT_TRUE(before == snapshot(d));
-    EXPECT_FALSE(group->composite()->is_in_diagram());
+    EXPECT_FALSE(composite->is_in_diagram());
 
     d.expand_symbol_groups();  // no symbol groups: nothing to announce
     EXPECT_EQ(2, viewer.updates);

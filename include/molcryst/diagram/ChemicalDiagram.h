@@ -17,9 +17,10 @@
 
 #include "molcryst/diagram/DiagramEdge.h"
 #include "molcryst/diagram/DiagramFormulaGroup.h"
-#include "molcryst/diagram/DiagramMultipleGroup.h"
+#include "molcryst/diagram/DiagramLigandGroup.h"
 #include "molcryst/diagram/DiagramNode.h"
 #include "molcryst/diagram/DiagramPiGroup.h"
+#include "molcryst/diagram/DiagramRepeatGroup.h"
 #include "molcryst/diagram/DiagramSymbolGroup.h"
 #include "molcryst/diagram/PolymorphicFactory.h"
 #include "molcryst/support/ResizableArray2D.h"

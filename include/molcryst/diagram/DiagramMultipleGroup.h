@@ -1,6 +1,6 @@
 // DiagramMultipleGroup: repeated units shown once, inside a DiagramFrame
-// that carries their number: identical ligands on a centre
-// (DiagramLigandGroup), or repeat units of a chain (DiagramRepeatGroup).
+// that carries their number: the common part of identical ligands on a
+// centre (DiagramLigandGroup) and repeat units of a chain (DiagramRepeatGroup).
 //
 // Contracted, the diagram shows clones of the atoms of the first unit inside
 // the frame, bonded by composite edges that hold the corresponding bond of
@@ -62,6 +62,10 @@ public:
 
 protected:
     const UnitAtoms& unit_atoms() const { return unit_atoms_; }
+    /// Refuses no units, a null or empty unit, units of unequal length, and
+    /// nodes that are not in the diagram or are given twice, with
+    /// std::invalid_argument naming `where`.
+    static void check_units(const Units& units, const ChemicalDiagram& diagram, const char* where);
 
 private:
     void make_frame_groups(ChemicalDiagram& diagram);
@@ -77,39 +81,9 @@ private:
     THandle<DiagramFrame> frame_;
     UnitAtoms unit_atoms_;
     std::map<HDiagramNode, HDiagramNode> circle_clones_;  // circle of the units -> its circle in the frame
+    std::map<HDiagramPiGroup, HDiagramNode> pi_centres_;  // pi group of the units -> its centre outside them
     bool frame_groups_made_ = false;
 };
-
-/// Identical ligands on one centre: contracted, one ligand in a frame with
-/// the number of ligands, bonded to the centre by composite edges.
-class DiagramLigandGroup : public DiagramMultipleGroup {
-public:
-    DiagramLigandGroup(const Units& units, ChemicalDiagram& diagram);
-    ~DiagramLigandGroup() override;
-    /// Gathers the bonds to the centre, per atom of unit 0, into one composite edge.
-    void set_attachment_bonds(const Units& units, const UnitAtoms& atoms, const std::set<HDiagramEdge>& group_edges,
-                              ChemicalDiagram& diagram) override;
-    /// Ligands are not bonded to each other: nothing.
-    void set_inter_unit_bonds(const Units& units, const UnitAtoms& atoms, const std::set<HDiagramEdge>& group_edges,
-                              ChemicalDiagram& diagram) override;
-};
-
-/// Repeat units of a chain: contracted, one unit in a frame with the number
-/// of units, the chain's ends bonded to it.
-class DiagramRepeatGroup : public DiagramMultipleGroup {
-public:
-    DiagramRepeatGroup(const Units& units, ChemicalDiagram& diagram);
-    ~DiagramRepeatGroup() override;
-    /// The chain's bonds to the outside move to the clones.
-    void set_attachment_bonds(const Units& units, const UnitAtoms& atoms, const std::set<HDiagramEdge>& group_edges,
-                              ChemicalDiagram& diagram) override;
-    /// Bonds between units leave the diagram on contraction.
-    void set_inter_unit_bonds(const Units& units, const UnitAtoms& atoms, const std::set<HDiagramEdge>& group_edges,
-                              ChemicalDiagram& diagram) override;
-};
-
-typedef THandle<DiagramLigandGroup> HDiagramLigandGroup;
-typedef THandle<DiagramRepeatGroup> HDiagramRepeatGroup;
 
 }  // namespace molcryst
 
