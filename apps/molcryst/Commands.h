@@ -124,6 +124,7 @@ private:
     std::string file_;
     std::string output_;
     bool all_carbons_ = false;
+    bool symbols_ = false;
 };
 
 }  // namespace app

@@ -7,6 +7,8 @@
 #include "Commands.h"
 #include "PackedPicture.h"
 #include "molcryst/draw/FlatLayout.h"
+#include "molcryst/draw/MetalRings.h"
+#include "molcryst/draw/SubstituentRecogniser.h"
 #include "molcryst/draw/SvgWriter.h"
 #include "molcryst/io/BondOrderPerception.h"
 #include "molcryst/molecule/Molecule3d.h"
@@ -19,6 +21,9 @@ DrawCommand::DrawCommand(CLI::App& parent) {
     command_->add_option("file", file_, "CIF file")->required();
     command_->add_option("output", output_, "SVG file to write")->required();
     command_->add_flag("--all-carbons", all_carbons_, "Label every carbon, not only those a skeleton shows");
+    command_->add_flag("--symbols", symbols_,
+                       "Fold known substituents into symbols (Ph, NO2, CF3, ...) and a metal's bonds to a whole "
+                       "ring into one pi bond");
 }
 
 bool DrawCommand::chosen() const { return command_->parsed(); }
@@ -39,6 +44,14 @@ int DrawCommand::run(std::ostream& out, std::ostream& err) const {
         all.add(*m);
     }
     const HChemicalDiagram diagram = draw::flat_diagram(all);
+    const int natoms = diagram->nnodes(), nbonds = diagram->nedges();
+    int nsymbols = 0, nrings = 0;
+    if (symbols_) {
+        // Rings first: a ring a metal binds is no substituent, and its circle must
+        // not be folded into one.
+        nrings = draw::MetalRings::fold(*diagram);
+        nsymbols = draw::SubstituentRecogniser().fold(*diagram);
+    }
     draw::SvgWriter writer;
     writer.set_title(picture.name);
     writer.set_show_all_carbons(all_carbons_);
@@ -49,8 +62,10 @@ int DrawCommand::run(std::ostream& out, std::ostream& err) const {
         err << output_ << ": cannot be written\n";
         return 1;
     }
-    out << "data_" << picture.name << ": " << picture.crystal->nmolecules() << " molecules, " << diagram->nnodes()
-        << " atoms and " << diagram->nedges() << " bonds drawn to " << output_ << "\n";
+    out << "data_" << picture.name << ": " << picture.crystal->nmolecules() << " molecules, " << natoms
+        << " atoms and " << nbonds << " bonds drawn to " << output_;
+    if (symbols_) out << ", " << nsymbols << " symbols and " << nrings << " pi-bonded rings folded";
+    out << "\n";
     if (pictures.size() > 1)
         err << file_ << ": " << pictures.size() - 1 << " further structures not drawn (the first is)\n";
     return 0;

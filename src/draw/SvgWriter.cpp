@@ -69,7 +69,47 @@ struct Label {
     std::string charge;       // superscript
     bool hydrogens_left = false;
     double left = 0, right = 0, top = 0, bottom = 0;
+    double text_start = 0;  // a symbol's text begins this far right of its point
 };
+
+// The width of one character of a label, in fonts; a multibyte UTF-8
+// character (the minus sign of a charge) counts once.
+double advance(const std::string& text, std::size_t i, bool small) {
+    if ((static_cast<unsigned char>(text[i]) & 0xC0) == 0x80) return 0.0;
+    return small ? 0.45 : 0.62;
+}
+
+// The characters of a marked-up label as the picture sets them: where each
+// begins and how wide it is, in fonts, and whether it is of full size.
+struct Glyph {
+    double x, width;
+    bool full;
+};
+
+std::vector<Glyph> glyphs(const std::string& text) {
+    std::vector<Glyph> out;
+    double x = 0.0;
+    std::size_t i = 0;
+    while (i < text.size()) {
+        const bool sub = text.compare(i, 5, "<sub>") == 0, sup = text.compare(i, 5, "<sup>") == 0;
+        if (sub || sup) {
+            const std::size_t end = text.find(sub ? "</sub>" : "</sup>", i + 5);
+            const std::size_t stop = end == std::string::npos ? text.size() : end;
+            for (std::size_t k = i + 5; k < stop; ++k) {
+                const double w = advance(text, k, true);
+                if (w > 0.0) out.push_back(Glyph{x, w, false});
+                x += w;
+            }
+            i = end == std::string::npos ? text.size() : end + 6;
+        } else {
+            const double w = advance(text, i, false);
+            if (w > 0.0) out.push_back(Glyph{x, w, true});
+            x += w;
+            ++i;
+        }
+    }
+    return out;
+}
 
 // The text of a label with <sub> and <sup> markup turned into tspans, and
 // its width in characters (subscripts counting less).
@@ -84,11 +124,11 @@ std::string rich_text(const std::string& text, double font, double* width) {
             const std::string inner = text.substr(i + 5, end == std::string::npos ? std::string::npos : end - i - 5);
             out += "<tspan font-size=\"" + num(font * 0.7) + "\" dy=\"" + num(sub ? font * 0.25 : -font * 0.4) + "\">" +
                    escaped(inner) + "</tspan><tspan dy=\"" + num(sub ? -font * 0.25 : font * 0.4) + "\">&#8203;</tspan>";
-            w += 0.45 * static_cast<double>(inner.size());
+            for (std::size_t k = 0; k < inner.size(); ++k) w += advance(inner, k, true);
             i = end == std::string::npos ? text.size() : end + 6;
         } else {
             out += escaped(std::string(1, text[i]));
-            w += 0.62;
+            w += advance(text, i, false);
             ++i;
         }
     }
@@ -141,6 +181,8 @@ private:
             placed_[n->unhand()] = P{p.x() * scale, -p.y() * scale};  // pictures run downwards
         }
         for (ChemicalDiagram::const_node_iterator n = d_.begin_nodes(); n != d_.end_nodes(); ++n)
+            if (const DiagramCircle* c = dynamic_cast<const DiagramCircle*>(n->unhand())) circles_.push_back(c);
+        for (ChemicalDiagram::const_node_iterator n = d_.begin_nodes(); n != d_.end_nodes(); ++n)
             labels_[n->unhand()] = label_of(*n);
         bool first = true;
         for (ChemicalDiagram::const_node_iterator n = d_.begin_nodes(); n != d_.end_nodes(); ++n) {
@@ -188,18 +230,84 @@ private:
             l.top = h + (l.charge.empty() ? 0.0 : 0.25 * font_);
             l.bottom = h + (l.count.empty() ? 0.0 : 0.2 * font_);
         } else if (const DiagramSymbol* symbol = dynamic_cast<const DiagramSymbol*>(node.unhand())) {
-            l.shown = true;
-            l.main = symbol->centre_label();
-            double width = 0.0;
-            rich_text(l.main, font_, &width);
-            l.left = l.right = 0.5 * width;
-            l.top = l.bottom = h;
+            symbol_label(node, *symbol, l);
         }
         return l;
     }
 
+    // A symbol reads away from its bonds: bonds from the left only give the
+    // left label ("CF3") with its first letter on the symbol's point, bonds
+    // from the right only the right label ("F3C") with its last letter
+    // there, bonds from both sides or none the centre label, centred.
+    // Hydrogens and a charge go after the text, or before the right label.
+    void symbol_label(const HDiagramNode& node, const DiagramSymbol& symbol, Label& l) const {
+        const P p = at(node);
+        bool from_left = false, from_right = false;
+        for (const HDiagramNode& m : node->neighbours()) {
+            const double dx = at(m).x - p.x;
+            if (dx < -0.1 * bond_) from_left = true;
+            if (dx > 0.1 * bond_) from_right = true;
+        }
+        enum { Left, Right, Centre } side = from_left == from_right ? Centre : (from_left ? Left : Right);
+        std::string label = side == Left ? symbol.left_label() : (side == Right ? symbol.right_label() : "");
+        if (label.empty()) {
+            label = symbol.centre_label();
+            side = Centre;
+        }
+        const int nh = symbol.nterminal_hydrogens();
+        const std::string hydrogens = nh <= 0 ? "" : (nh == 1 ? "H" : "H<sub>" + std::to_string(nh) + "</sub>");
+        const int q = symbol.formal_charge();
+        std::string charge;
+        if (q != 0)
+            charge = "<sup>" + (q > 1 || q < -1 ? std::to_string(q < 0 ? -q : q) : std::string()) +
+                     (q > 0 ? "+" : "\xe2\x88\x92") + "</sup>";
+        l.shown = true;
+        l.main = side == Right ? charge + hydrogens + label : label + hydrogens + charge;
+        const std::vector<Glyph> g = glyphs(l.main);
+        double width = 0.0;
+        for (const Glyph& k : g) width = std::max(width, k.x + k.width);
+        width *= font_;
+        const Glyph* anchor = nullptr;
+        for (const Glyph& k : g)
+            if (k.full && (anchor == nullptr || side == Right)) anchor = &k;
+        if (side == Centre || anchor == nullptr)
+            l.text_start = -0.5 * width;
+        else
+            l.text_start = -(anchor->x + 0.5 * anchor->width) * font_;
+        l.left = -l.text_start;
+        l.right = l.text_start + width;
+        const bool has_sub = l.main.find("<sub>") != std::string::npos;
+        const bool has_sup = l.main.find("<sup>") != std::string::npos;
+        l.top = 0.5 * font_ + (has_sup ? 0.25 * font_ : 0.0);
+        l.bottom = 0.5 * font_ + (has_sub ? 0.2 * font_ : 0.0);
+    }
+
+    // The radius of a ring circle as drawn: part of the polygon's inner
+    // radius, measured in the picture; 0 when it is not drawn.
+    double circle_radius(const HDiagramNode& node) const {
+        const DiagramCircle* circle = dynamic_cast<const DiagramCircle*>(node.unhand());
+        if (circle == nullptr || circle->atoms().size() < 3) return 0.0;
+        const P p = at(node);
+        double nearest = 1e300;
+        for (const HDiagramNode& a : circle->atoms())
+            if (placed_.count(a.unhand()) != 0) nearest = std::min(nearest, length(at(a) - p));
+        if (nearest >= 1e300) return 0.0;
+        return 0.62 * nearest *
+               std::sin(3.141592653589793 * (0.5 - 1.0 / static_cast<double>(circle->atoms().size())));
+    }
+
+    // Whether both ends of `e` are atoms of one drawn ring circle.
+    bool inside_circle(const HDiagramEdge& e) const {
+        for (const DiagramCircle* c : circles_)
+            if (c->has_node(e->node1()) && c->has_node(e->node2())) return true;
+        return false;
+    }
+
     // The part of the way from `from` towards `to` that leaves `from`'s label box.
     double clearance(const HDiagramNode& from, P direction) const {
+        // A bond to a ring circle (a metal's pi bond) stops at the drawn rim.
+        const double rim = circle_radius(from);
+        if (rim > 0.0) return rim + 0.1 * bond_;
         const Label& l = labels_.at(from.unhand());
         if (!l.shown) return 0.0;
         const double gap = 0.12 * font_;
@@ -251,6 +359,8 @@ private:
                                dynamic_cast<const DiagramCircle*>(n2.unhand()) != nullptr;
         if (type == PI_BOND || to_circle) {
             line(out, s, f, w, "3,3");
+        } else if (type == AROMATIC_BOND && inside_circle(e)) {
+            line(out, s, f, w);  // the circle shows the ring's aromaticity
         } else if (type == DOUBLE_BOND || type == AROMATIC_BOND || type == DELOCALISED_BOND) {
             const char* dash = type == DOUBLE_BOND ? nullptr : "4,3";
             const int side = inner_side(e, a, b);
@@ -288,17 +398,11 @@ private:
     void draw_node(const HDiagramNode& n, std::ostringstream& out) const {
         const P p = at(n);
         if (const DiagramCircle* circle = dynamic_cast<const DiagramCircle*>(n.unhand())) {
-            // The polygon's inner radius, measured in the picture, with room to the bonds.
-            double nearest = 1e300;
-            for (const HDiagramNode& a : circle->atoms())
-                if (placed_.count(a.unhand()) != 0) nearest = std::min(nearest, length(at(a) - p));
-            if (nearest < 1e300 && circle->atoms().size() >= 3) {
-                const double apothem =
-                    nearest * std::sin(3.141592653589793 * (0.5 - 1.0 / static_cast<double>(circle->atoms().size())));
-                out << "<circle class=\"ring\" cx=\"" << num(p.x) << "\" cy=\"" << num(p.y) << "\" r=\""
-                    << num(0.62 * apothem) << "\" fill=\"none\" stroke=\"#000000\" stroke-width=\""
-                    << num(0.045 * bond_) << "\"/>\n";
-            }
+            // Inside the polygon, with room to the bonds.
+            const double r = circle_radius(n);
+            if (r > 0.0 && circle->atoms().size() >= 3)
+                out << "<circle class=\"ring\" cx=\"" << num(p.x) << "\" cy=\"" << num(p.y) << "\" r=\"" << num(r)
+                    << "\" fill=\"none\" stroke=\"#000000\" stroke-width=\"" << num(0.045 * bond_) << "\"/>\n";
             return;
         }
         if (const DiagramFrame* frame = dynamic_cast<const DiagramFrame*>(n.unhand())) {
@@ -330,8 +434,9 @@ private:
         if (dynamic_cast<const DiagramSymbol*>(n.unhand()) != nullptr) {
             double width = 0.0;
             const std::string content = rich_text(l.main, font_, &width);
-            out << "<g class=\"symbol\">";
-            text(out, content, P{p.x, baseline}, "middle", font_, "#000000");
+            out << "<g class=\"symbol\" data-box=\"" << num(p.x - l.left) << " " << num(p.y - l.top) << " "
+                << num(l.left + l.right) << " " << num(l.top + l.bottom) << "\">";
+            text(out, content, P{p.x + l.text_start, baseline}, "start", font_, "#000000");
             out << "</g>\n";
             return;
         }
@@ -367,6 +472,7 @@ private:
     bool all_carbons_;
     std::map<const DiagramNode*, P> placed_;
     std::map<const DiagramNode*, Label> labels_;
+    std::vector<const DiagramCircle*> circles_;
     P min_, max_;
 };
 
