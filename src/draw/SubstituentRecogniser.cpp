@@ -511,10 +511,16 @@ private:
             }
         // The anchor's bond out of the group, and the atom it reaches.
         if (p_.outside == 1) {
-            int outside = -1;
+            int outside = -1, type = 0;
             for (const Topology::Neighbour& n : t_.neighbours[static_cast<std::size_t>(image_[0])])
-                if (std::find(image_.begin(), image_.end(), n.node) == image_.end()) outside = n.node;
+                if (std::find(image_.begin(), image_.end(), n.node) == image_.end()) {
+                    outside = n.node;
+                    type = n.type;
+                }
             if (outside < 0) return;
+            // Every group hangs by a single bond (or one of unknown order): a
+            // methoxy oxygen double-bonded to its carbon is no methoxy.
+            if (type != SINGLE_BOND && type != POLYMERIC_BOND && type != UNKNOWN_BOND) return;
             const std::size_t o = static_cast<std::size_t>(outside);
             if (p_.rule == OUTSIDE_METAL && !t_.metal[o]) return;
             if (p_.rule == OUTSIDE_NOT_ALKYL && t_.element[o] == static_cast<int>(Element::C) && t_.hydrogens[o] >= 2)

@@ -221,6 +221,16 @@ private:
             l.count = side.second;
             l.charge = atom->top_right_label();
             l.hydrogens_left = !l.hydrogens.empty() && !d_.is_right_bonded_node(node);
+            // Hydrogens never face a symbol: both labels would claim the bond between them.
+            if (!l.hydrogens.empty()) {
+                bool symbol_left = false, symbol_right = false;
+                for (const HDiagramNode& m : node->neighbours()) {
+                    if (dynamic_cast<const DiagramSymbol*>(m.unhand()) == nullptr) continue;
+                    (at(m).x < at(node).x ? symbol_left : symbol_right) = true;
+                }
+                if (l.hydrogens_left && symbol_left && !symbol_right) l.hydrogens_left = false;
+                if (!l.hydrogens_left && symbol_right && !symbol_left) l.hydrogens_left = true;
+            }
             const double main_half = 0.31 * font_ * static_cast<double>(l.main.size());
             const double hydrogen_width =
                 l.hydrogens.empty() ? 0.0 : 0.66 * font_ + 0.42 * font_ * static_cast<double>(l.count.size());

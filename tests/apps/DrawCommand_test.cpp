@@ -24,6 +24,17 @@ TEST(DrawCommand, DrawsTheAsymmetricUnitAndRefusesWhatItCannotRead) {
     EXPECT_NE(std::string::npos, picture.find(">O</text>"));
     EXPECT_EQ("</svg>\n", picture.substr(picture.size() - 7));
 
+    // Folded: the two nitro groups of 2015798 become symbols.
+    r = run("draw " + std::string(MOLCRYST_CIF_DIR) + "/cod-2015798-nitrobenzyl-thiazolidinone.cif " + svg +
+            " --symbols");
+    ASSERT_EQ(0, r.status) << r.err;
+    EXPECT_EQ("data_2015798: 1 molecules, 25 atoms and 27 bonds drawn to " + svg +
+                  ", 2 symbols and 0 pi-bonded rings folded\n",
+              r.out);
+    const std::string folded = slurp(svg);
+    EXPECT_NE(std::string::npos, folded.find("<g class=\"symbol\""));
+    EXPECT_NE(std::string::npos, folded.find(">NO<tspan"));
+
     r = run("draw /nonexistent/file.cif " + svg);
     EXPECT_EQ(1, r.status);
     EXPECT_EQ("/nonexistent/file.cif: cannot open the file: No such file or directory\n", r.err);

@@ -1,13 +1,12 @@
 // Pictures: flat layouts of molecules known in three dimensions, and their SVG.
 #include <gtest/gtest.h>
 
-#include <expat.h>
-
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "draw/ParsedSvg.h"
 #include "molcryst/diagram/DiagramCircle.h"
 #include "molcryst/diagram/DiagramFrame.h"
 #include "molcryst/diagram/DiagramSymbol.h"
@@ -24,62 +23,6 @@
 
 namespace molcryst {
 namespace {
-
-// What the test needs of a picture: the boxes of the atom labels, the
-// number of bond groups, the texts.
-struct Parsed {
-    bool well_formed = false;
-    std::string error;
-    int bonds = 0;
-    int rings = 0;
-    std::vector<std::vector<double> > label_boxes;
-    std::string texts;
-};
-
-void XMLCALL start_element(void* data, const XML_Char* name, const XML_Char** attributes) {
-    Parsed& p = *static_cast<Parsed*>(data);
-    std::map<std::string, std::string> a;
-    for (int i = 0; attributes[i] != nullptr; i += 2) a[attributes[i]] = attributes[i + 1];
-    if (std::string(name) == "g" && a["class"] == "bond") ++p.bonds;
-    if (std::string(name) == "circle" && a["class"] == "ring") ++p.rings;
-    if (std::string(name) == "g" && a["class"] == "atom") {
-        std::istringstream box(a["data-box"]);
-        std::vector<double> v(4, 0.0);
-        box >> v[0] >> v[1] >> v[2] >> v[3];
-        p.label_boxes.push_back(v);
-    }
-}
-
-void XMLCALL end_element(void*, const XML_Char*) {}
-
-void XMLCALL characters(void* data, const XML_Char* s, int n) { static_cast<Parsed*>(data)->texts.append(s, n); }
-
-Parsed parse(const std::string& svg) {
-    Parsed p;
-    XML_Parser parser = XML_ParserCreate("UTF-8");
-    XML_SetUserData(parser, &p);
-    XML_SetElementHandler(parser, start_element, end_element);
-    XML_SetCharacterDataHandler(parser, characters);
-    p.well_formed = XML_Parse(parser, svg.data(), static_cast<int>(svg.size()), 1) == XML_STATUS_OK;
-    if (!p.well_formed) p.error = XML_ErrorString(XML_GetErrorCode(parser));
-    XML_ParserFree(parser);
-    return p;
-}
-
-// Pairs of label boxes that overlap by more than a hair.
-int overlapping_labels(const Parsed& p) {
-    int count = 0;
-    const double hair = 0.5;
-    for (std::size_t i = 0; i < p.label_boxes.size(); ++i)
-        for (std::size_t j = i + 1; j < p.label_boxes.size(); ++j) {
-            const std::vector<double>& a = p.label_boxes[i];
-            const std::vector<double>& b = p.label_boxes[j];
-            if (a[0] + a[2] - hair > b[0] && b[0] + b[2] - hair > a[0] && a[1] + a[3] - hair > b[1] &&
-                b[1] + b[3] - hair > a[1])
-                ++count;
-        }
-    return count;
-}
 
 // Caffeine with all its hydrogens, every atom at the origin: the layout
 // owes nothing to the coordinates it is given.
@@ -176,7 +119,7 @@ TEST(SvgWriter, SymbolsCirclesFramesAndChargesDraw) {
     ASSERT_TRUE(p.well_formed) << p.error;
     EXPECT_EQ(1, p.rings);
     EXPECT_EQ(8, p.bonds);
-    EXPECT_EQ(1u, p.label_boxes.size());  // the oxide; the ring's carbons are corners
+    EXPECT_EQ(2u, p.label_boxes.size());  // the oxide and the symbol; the ring's carbons are corners
     EXPECT_NE(std::string::npos, svg.find("&#8722;"));  // its charge
     EXPECT_NE(std::string::npos, svg.find("class=\"symbol\""));
     EXPECT_NE(std::string::npos, p.texts.find("CF"));
@@ -184,6 +127,54 @@ TEST(SvgWriter, SymbolsCirclesFramesAndChargesDraw) {
 
     // An empty diagram is still a picture.
     EXPECT_TRUE(parse(draw::SvgWriter().svg(ChemicalDiagram())).well_formed);
+}
+
+// A COOH symbol (labels "COO", "OOC", "COO" and one hydrogen) on a carbon
+// to its left, to its right, then between two.
+TEST(SvgWriter, SymbolReadsAwayFromItsBondsWithItsAnchorLetterOnItsPoint) {
+    ChemicalDiagram d;
+    HDiagramAtom c(new DiagramAtom(Element::N));
+    c->set_position(Point2d(0.0, 0.0));
+    THandle<DiagramSymbol> symbol(new DiagramSymbol());
+    symbol->set_left_label("COO");
+    symbol->set_right_label("OOC");
+    symbol->set_centre_label("CO<sub>2</sub>");
+    symbol->set_nterminal_hydrogens(1);
+    symbol->set_position(Point2d(1.5, 0.0));
+    d.add(HDiagramEdge(new DiagramBond()), c, HDiagramNode(symbol));
+    draw::SvgWriter writer;  // bonds 40 px, letters 16.8 px high, a capital about 10.4 px wide
+    const double half_letter = 0.31 * 0.42 * writer.bond_length();
+
+    Parsed p = parse(writer.svg(d));
+    ASSERT_TRUE(p.well_formed) << p.error;
+    ASSERT_EQ(1u, p.symbol_texts.size());
+    EXPECT_EQ("COOH", p.symbol_texts[0]);
+    // The C centred on the point (a bond right of the N), the text to its right.
+    const std::vector<double> right_of_bond = p.symbol_boxes[0];
+    const double bond = writer.bond_length();
+    EXPECT_NEAR(half_letter, bond - (right_of_bond[0] - p.label_boxes[0][0] - p.label_boxes[0][2] / 2), 0.05);
+    EXPECT_NEAR(4.0 * 2 * half_letter, right_of_bond[2], 0.05);
+
+    symbol->set_position(Point2d(-1.5, 0.0));
+    p = parse(writer.svg(d));
+    EXPECT_EQ("HOOC", p.symbol_texts[0]);
+    // Now the last letter, the C, on the point: the box ends half a letter right of it.
+    double n_centre = 0.0, symbol_right = 0.0;
+    for (const std::vector<double>& box : p.label_boxes) {
+        if (box == p.symbol_boxes[0])
+            symbol_right = box[0] + box[2];
+        else
+            n_centre = box[0] + box[2] / 2;
+    }
+    EXPECT_NEAR(half_letter, symbol_right - (n_centre - bond), 0.05);
+
+    HDiagramAtom o(new DiagramAtom(Element::O));
+    o->set_position(Point2d(-3.0, 0.0));
+    d.add(HDiagramEdge(new DiagramBond()), HDiagramNode(symbol), o);
+    p = parse(writer.svg(d));
+    EXPECT_EQ("CO2\xe2\x80\x8bH", p.symbol_texts[0]);  // a zero-width space ends the subscript
+    EXPECT_EQ(0, overlapping_labels(p));
+    EXPECT_EQ(2, p.bonds);
 }
 
 #ifdef MOLCRYST_CIF_DIR

@@ -3,9 +3,12 @@
 // Atoms are drawn as their element labels with hydrogen counts and charges
 // (carbons in a bend are hidden, as chemists draw them); single, double,
 // triple and aromatic bonds as one, two (the second inside a ring), three
-// lines or a line and a dashed line; bonds to a ring circle dashed; ring
-// circles as circles; symbols and frames as their text. The drawing is
-// scaled to a standard bond length, whatever the units of the diagram.
+// lines or a line and a dashed line; bonds to a ring circle dashed and
+// stopped at its rim; ring circles as circles (the bonds of their ring then
+// single lines); symbols as the label that reads away from their bonds, with
+// their hydrogens and charge; frames as brackets with their multiplier. The
+// drawing is scaled to a standard bond length, whatever the units of the
+// diagram.
 #ifndef MOLCRYST_DRAW_SVGWRITER_H
 #define MOLCRYST_DRAW_SVGWRITER_H
 
@@ -18,9 +21,9 @@ namespace molcryst {
 namespace draw {
 
 /// Writes diagrams as SVG. Each atom label is a group of class "atom" with
-/// its box in data-box (x y width height, picture units), each bond a group
-/// of class "bond"; ring circles, symbols and frames have classes "ring",
-/// "symbol" and "frame".
+/// its box in data-box (x y width height, picture units), each symbol one of
+/// class "symbol" with its box likewise, each bond a group of class "bond";
+/// ring circles and frames have classes "ring" and "frame".
 class SvgWriter {
 public:
     /// The drawn length of a mean bond, in picture units (pixels).
