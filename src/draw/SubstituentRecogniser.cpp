@@ -387,7 +387,7 @@ std::vector<Pattern> make_patterns() {
     }
     all.push_back(three_rings(40, "C", true));   // triphenylmethyl
     all.push_back(three_rings(41, "P", false));  // tricyclohexylphosphine
-    {  // 42 trimethylphosphine
+    {                                            // 42 trimethylphosphine
         Pattern p(42);
         p.at("P", 0).at("C", 3).at("C", 3).at("C", 3).bond(0, 1).bond(0, 2).bond(0, 3);
         add(p);
@@ -472,7 +472,8 @@ private:
         for (const PatternBond& b : p_.bonds) {
             const int other = b.a == point ? b.b : (b.b == point ? b.a : -1);
             if (other < 0 || image_[static_cast<std::size_t>(other)] < 0) continue;
-            const int type = t_.bond_type(image_[static_cast<std::size_t>(point)], image_[static_cast<std::size_t>(other)]);
+            const int type =
+                t_.bond_type(image_[static_cast<std::size_t>(point)], image_[static_cast<std::size_t>(other)]);
             if (type < 0 || !allows(b.kind, type)) return false;
         }
         return true;

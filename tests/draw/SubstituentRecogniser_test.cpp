@@ -1,5 +1,7 @@
 // Substituents found in diagrams of whole molecules, folded into symbols and
 // unfolded again; the pictures of folded molecules.
+#include "molcryst/draw/SubstituentRecogniser.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,7 +19,6 @@
 #include "molcryst/diagram/DiagramSymbolCatalogue.h"
 #include "molcryst/draw/FlatLayout.h"
 #include "molcryst/draw/MetalRings.h"
-#include "molcryst/draw/SubstituentRecogniser.h"
 #include "molcryst/draw/SvgWriter.h"
 #include "molcryst/molecule/Atom3d.h"
 #include "molcryst/molecule/Bond3d.h"
@@ -98,7 +99,8 @@ std::set<std::pair<int, int> > bonds_among(const ChemicalDiagram& d, const std::
 
 std::set<std::pair<int, int> > sorted_pairs(const std::vector<std::pair<int, int> >& bonds) {
     std::set<std::pair<int, int> > pairs;
-    for (const std::pair<int, int>& b : bonds) pairs.insert(std::make_pair(std::min(b.first, b.second), std::max(b.first, b.second)));
+    for (const std::pair<int, int>& b : bonds)
+        pairs.insert(std::make_pair(std::min(b.first, b.second), std::max(b.first, b.second)));
     return pairs;
 }
 
@@ -156,7 +158,8 @@ TEST(SubstituentRecogniser, DecoratedBenzeneFoldsEveryGroupInTemplateOrderAndUnf
     Sketch s;
     std::vector<int> core;
     for (int i = 0; i < 6; ++i) core.push_back(s.atom("C"));
-    for (int i = 0; i < 6; ++i) s.bond(core[static_cast<std::size_t>(i)], core[static_cast<std::size_t>((i + 1) % 6)], AROMATIC_BOND);
+    for (int i = 0; i < 6; ++i)
+        s.bond(core[static_cast<std::size_t>(i)], core[static_cast<std::size_t>((i + 1) % 6)], AROMATIC_BOND);
     const int tbu = s.atom("C");
     s.bond(core[0], tbu);
     for (int i = 0; i < 3; ++i) s.bond(tbu, s.atom("C", 3));
@@ -191,7 +194,9 @@ TEST(SubstituentRecogniser, DecoratedBenzeneFoldsEveryGroupInTemplateOrderAndUnf
         for (const HDiagramNode& n : m.nodes[0]->neighbours())
             if (std::find(m.nodes.begin(), m.nodes.end(), n) == m.nodes.end()) {
                 ++outside;
-                EXPECT_NE(core.end(), std::find(core.begin(), core.end(), static_cast<int>(std::find(nodes.begin(), nodes.end(), n) - nodes.begin())));
+                EXPECT_NE(core.end(),
+                          std::find(core.begin(), core.end(),
+                                    static_cast<int>(std::find(nodes.begin(), nodes.end(), n) - nodes.begin())));
             }
         EXPECT_EQ(1, outside) << m.code;
     }
@@ -409,7 +414,8 @@ TEST(MetalRings, SandwichedRingsBecomeOnePiBondToTheirCircleDrawnToTheRim) {
     EXPECT_EQ(n[cp[0][0]], rings[0].atoms[0]);
     EXPECT_EQ(n[cp[1][0]], rings[1].atoms[0]);
     for (const draw::MetalRings::Ring& r : rings)  // round the ring
-        for (std::size_t i = 0; i < r.atoms.size(); ++i) EXPECT_TRUE(d->has_edge(r.atoms[i], r.atoms[(i + 1) % r.atoms.size()]));
+        for (std::size_t i = 0; i < r.atoms.size(); ++i)
+            EXPECT_TRUE(d->has_edge(r.atoms[i], r.atoms[(i + 1) % r.atoms.size()]));
 
     const Topology before = topology(*d);
     const int nedges = d->nedges();
