@@ -234,6 +234,10 @@ TEST(SubstituentRecogniser, DecoratedBenzeneFoldsEveryGroupInTemplateOrderAndUnf
     // Unfolded: the very same objects with the same neighbours, twice over.
     d->expand_symbol_groups();
     EXPECT_TRUE(before == topology(*d));
+    // Expanded, the atoms still belong to their groups: nothing is offered twice.
+    EXPECT_TRUE(recogniser.find(*d).empty());
+    EXPECT_EQ(0, recogniser.fold(*d));
+    EXPECT_TRUE(before == topology(*d));
     d->contract_symbol_groups();
     EXPECT_EQ(12, d->nnodes());
     d->expand_symbol_groups();
@@ -273,12 +277,11 @@ TEST(SubstituentRecogniser, LargerGroupsWinAndEverySymbolKeepsAnAtomToHangOn) {
         HChemicalDiagram d = s.diagram();
         EXPECT_EQ((std::vector<int>{25, 35}), codes_of(recogniser.find(*d)));
     }
-    {  // acrylic acid: COOH with the hydrogen's oxygen second; a carboxylic
-       // group wins over an acetyl of the same size
+    {  // acetic acid: COOH with the hydrogen's oxygen second; the carboxylic
+       // group wins over the acetyl of the same size by its lower code
         Sketch s;
-        const int c1 = s.atom("C", 2), c2 = s.atom("C", 1), c = s.atom("C"), oc = s.atom("O"), oh = s.atom("O", 1);
-        s.bond(c1, c2, DOUBLE_BOND);
-        s.bond(c2, c);
+        const int me = s.atom("C", 3), c = s.atom("C"), oc = s.atom("O"), oh = s.atom("O", 1);
+        s.bond(me, c);
         s.bond(c, oc, DOUBLE_BOND);
         s.bond(c, oh);
         std::vector<HDiagramNode> n;
@@ -339,6 +342,35 @@ TEST(SubstituentRecogniser, LargerGroupsWinAndEverySymbolKeepsAnAtomToHangOn) {
         for (int c : {c1, c2})
             for (int i = 0; i < 3; ++i) c2f6.bond(c, c2f6.atom("F"));
         EXPECT_EQ((std::vector<int>{6}), codes_of(recogniser.find(*c2f6.diagram())));
+    }
+    {  // triphenylphosphine on gold, not three phenyls; Boc on an amine, not a tert-butyl
+        Sketch s;
+        const int au = s.atom("Au"), p = s.atom("P");
+        s.bond(au, s.atom("Cl"));
+        s.bond(au, p);
+        std::vector<int> ipso;
+        for (int i = 0; i < 3; ++i) {
+            ipso.push_back(s.atom("C"));
+            s.bond(p, ipso.back());
+            s.ring_on(ipso.back());
+        }
+        const int n = s.atom("N", 2), c = s.atom("C"), oc = s.atom("O"), oe = s.atom("O"), q = s.atom("C");
+        s.bond(n, c);
+        s.bond(c, oc, DOUBLE_BOND);
+        s.bond(c, oe);
+        s.bond(oe, q);
+        for (int i = 0; i < 3; ++i) s.bond(q, s.atom("C", 3));
+        s.bond(au, n);
+        std::vector<HDiagramNode> nodes;
+        HChemicalDiagram d = s.diagram(&nodes);
+        const std::vector<draw::SubstituentMatch> found = recogniser.find(*d);
+        EXPECT_EQ((std::vector<int>{7, 32}), codes_of(found));
+        ASSERT_EQ(2u, found.size());
+        EXPECT_EQ(19u, found[0].nodes.size());
+        EXPECT_EQ(sorted_pairs(draw::SubstituentRecogniser::pattern_bonds(7)), bonds_among(*d, found[0].nodes));
+        EXPECT_EQ(sorted_pairs(draw::SubstituentRecogniser::pattern_bonds(32)), bonds_among(*d, found[1].nodes));
+        EXPECT_EQ(2, recogniser.fold(*d));
+        EXPECT_EQ(5, d->nnodes());  // Au, Cl, N and the two symbols
     }
     {  // free ions fold whole, a carbonyl only on a metal
         Sketch s;
