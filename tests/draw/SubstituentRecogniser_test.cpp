@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <fstream>
 #include <map>
 #include <set>
 #include <string>
@@ -81,6 +83,12 @@ private:
     HMolecule m_;
     std::vector<int> heavy_;
 };
+
+// Keeps a picture for a person to look at when MOLCRYST_TEST_PICTURES names a folder.
+void keep(const std::string& svg, const std::string& name) {
+    const char* folder = std::getenv("MOLCRYST_TEST_PICTURES");
+    if (folder != nullptr) std::ofstream(std::string(folder) + "/" + name + ".svg") << svg;
+}
 
 std::vector<int> codes_of(const std::vector<draw::SubstituentMatch>& matches) {
     std::vector<int> codes;
@@ -221,6 +229,7 @@ TEST(SubstituentRecogniser, DecoratedBenzeneFoldsEveryGroupInTemplateOrderAndUnf
 
     // The picture: every symbol readable, the charge shown, no label on another.
     const std::string svg = draw::SvgWriter().svg(*d);
+    keep(svg, "decorated-benzene");
     const Parsed p = parse(svg);
     ASSERT_TRUE(p.well_formed) << p.error;
     EXPECT_EQ(6u, p.symbol_boxes.size());
@@ -463,6 +472,7 @@ TEST(MetalRings, SandwichedRingsBecomeOnePiBondToTheirCircleDrawnToTheRim) {
     EXPECT_EQ(3, draw::SubstituentRecogniser().fold(*d));
 
     const std::string svg = draw::SvgWriter().svg(*d);
+    keep(svg, "metal-rings");
     const Parsed p = parse(svg);
     ASSERT_TRUE(p.well_formed) << p.error;
     ASSERT_EQ(3u, p.circles.size());
