@@ -73,14 +73,43 @@ TEST(DiagramFormulaGroup, TakesCirclesAndGroupsOverItsAtomsAlong) {
     EXPECT_EQ(1u, d.pi_groups().size());
     EXPECT_TRUE(before == snapshot(d));
 
+    // The same ring folded as "Ph" first: the formula unfolds the symbol and
+    // its pi group to take every atom, and gives them back folded.
+    const HDiagramNode methyl = atom(d, Element::C, 2.5, 2.0, 3);
+    bond(d, r[0], methyl);
+    const testing::Snapshot unfolded = snapshot(d);
+    d.contract_pi_groups();
+    d.add_group_symbol({r[0], r[1], r[5], r[2], r[4], r[3]}, "Phenyl");
+    d.contract_symbol_groups();
+    ASSERT_EQ(3, d.nnodes());
+    std::vector<HDiagramNode> toluene = r;
+    toluene.push_back(methyl);
+    d.add_formula_group(toluene, Point2d(0, 2), "C<sub>7</sub>H<sub>8</sub>");
+    std::set<HDiagramFormulaGroup> added = d.formula_groups();
+    added.erase(g);
+    const HDiagramFormulaGroup t = *added.begin();
+    EXPECT_EQ(1u, t->symbol_groups().size());
+    EXPECT_EQ(1u, t->pi_groups().size());
+    EXPECT_TRUE(unfolded == snapshot(d));
+    t->contract(d);
+    EXPECT_EQ(2, d.nnodes());  // the metal and the formula: no circle, no symbol
+    EXPECT_EQ(1, d.nedges());  // the six pi bonds as one
+    EXPECT_TRUE(d.pi_groups().empty());
+    EXPECT_EQ(0, d.n_symbol_groups());
+    t->expand(d);
+    EXPECT_TRUE(unfolded == snapshot(d));
+    EXPECT_EQ(1, d.n_symbol_groups());
+
     // An empty list makes an empty group.
     d.add_formula_group({}, Point2d(), "x");
-    EXPECT_EQ(2u, d.formula_groups().size());
+    EXPECT_EQ(3u, d.formula_groups().size());
     ChemicalDiagram other;
     const HDiagramNode stranger = atom(other, Element::C, 0, 0);
     EXPECT_EQ("DiagramFormulaGroup::set_atoms node 1 is not in the diagram",
               error_text<std::invalid_argument>([&] { d.add_formula_group({r[0], stranger}, Point2d(), "x"); }));
-    EXPECT_EQ(2u, d.formula_groups().size());
+    EXPECT_EQ("DiagramFormulaGroup::set_atoms node 1 is given twice",
+              error_text<std::invalid_argument>([&] { d.add_formula_group({r[0], r[0]}, Point2d(), "x"); }));
+    EXPECT_EQ(3u, d.formula_groups().size());
 }
 
 }  // namespace

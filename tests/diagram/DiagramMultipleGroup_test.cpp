@@ -101,44 +101,68 @@ TEST(DiagramRepeatGroup, BondBetweenUnitsLeavesAndComesBack) {
 
 TEST(DiagramLigandGroup, RingsPiGroupsAndSymbolsOfTheUnitsComeBack) {
     // A sandwich as two identical ring ligands: the frame gets a cloned ring
-    // with its circle and pi group.
-    ChemicalDiagram d;
-    const HDiagramNode fe = atom(d, Element::Fe, 0, 0);
-    Units units;
-    for (double y : {2.0, -2.0}) {
-        std::vector<HDiagramNode> r;
-        for (int i = 0; i < 5; ++i) r.push_back(atom(d, Element::C, std::cos(1.2566 * i), y + std::sin(1.2566 * i), 1));
-        for (int i = 0; i < 5; ++i) {
-            bond(d, r[static_cast<std::size_t>(i)], r[static_cast<std::size_t>((i + 1) % 5)], AROMATIC_BOND);
-            bond(d, fe, r[static_cast<std::size_t>(i)], PI_BOND);
+    // with its circle and pi group; with the rings folded as "Cp", a folded
+    // clone whose symbol takes the pi group over.
+    for (bool folded : {false, true}) {
+        SCOPED_TRACE(folded ? "rings folded" : "rings as atoms");
+        ChemicalDiagram d;
+        const HDiagramNode fe = atom(d, Element::Fe, 0, 0);
+        Units units;
+        for (double y : {2.0, -2.0}) {
+            std::vector<HDiagramNode> r;
+            for (int i = 0; i < 5; ++i)
+                r.push_back(atom(d, Element::C, std::cos(1.2566 * i), y + std::sin(1.2566 * i), 1));
+            for (int i = 0; i < 5; ++i) {
+                bond(d, r[static_cast<std::size_t>(i)], r[static_cast<std::size_t>((i + 1) % 5)], AROMATIC_BOND);
+                bond(d, fe, r[static_cast<std::size_t>(i)], PI_BOND);
+            }
+            units.push_back(Unit(new std::vector<HDiagramNode>{r[0], r[1], r[4], r[2], r[3]}));
         }
-        units.push_back(Unit(new std::vector<HDiagramNode>(r)));
+        d.derive_aromatic_rings();
+        const std::set<HDiagramPiGroup> pis = d.pi_groups();
+        ASSERT_EQ(2u, pis.size());
+        const testing::Snapshot before = snapshot(d);
+        if (folded) {
+            for (const Unit& u : units) d.add_group_symbol(*u, "Cyclopentadienyl");
+            d.contract_symbol_groups();
+            EXPECT_EQ(3, d.nnodes());
+        }
+
+        d.add_ligand_group(units);
+        const HDiagramLigandGroup g = *d.ligand_groups().begin();
+        d.contract_ligand_groups();
+        EXPECT_EQ(pis, g->unit_pi_groups());
+        ASSERT_EQ(1u, g->frame_pi_groups().size());
+        const HDiagramPiGroup framed = *g->frame_pi_groups().begin();
+        EXPECT_FALSE(framed->expanded());
+        if (folded) {
+            // Iron, the Cp symbol, the frame; the symbol holds the pi group.
+            ASSERT_EQ(1u, g->frame_symbol_groups().size());
+            const HDiagramSymbolGroup cp = *g->frame_symbol_groups().begin();
+            EXPECT_EQ(g->frame_pi_groups(), cp->pi_groups());
+            EXPECT_TRUE(d.pi_groups().empty());
+            EXPECT_EQ(3, d.nnodes());
+            EXPECT_EQ(1, d.nedges());
+            EXPECT_EQ(PI_BOND, d.edge(fe, HDiagramNode(cp->symbol_node()))->type());
+        } else {
+            EXPECT_EQ(g->frame_pi_groups(), d.pi_groups());
+            // Iron, five clones, their circle, the frame; one bond to the circle.
+            EXPECT_EQ(8, d.nnodes());
+            EXPECT_EQ(5 + 1, d.nedges());
+            EXPECT_EQ(PI_BOND, d.edge(fe, HDiagramNode(framed->circle_node()))->type());
+        }
+
+        for (int round = 0; round < 2; ++round) {
+            d.expand_ligand_groups();
+            if (folded) {
+                EXPECT_EQ(2, d.n_symbol_groups());
+                d.expand_symbol_groups();
+            }
+            EXPECT_TRUE(before == snapshot(d));
+            EXPECT_EQ(pis, d.pi_groups());
+            d.contract_ligand_groups();
+        }
     }
-    d.derive_aromatic_rings();
-    const std::set<HDiagramPiGroup> pis = d.pi_groups();
-    ASSERT_EQ(2u, pis.size());
-    const testing::Snapshot before = snapshot(d);
-
-    d.add_ligand_group(units);
-    const HDiagramLigandGroup g = *d.ligand_groups().begin();
-    d.contract_ligand_groups();
-    EXPECT_EQ(pis, g->unit_pi_groups());
-    ASSERT_EQ(1u, g->frame_pi_groups().size());
-    EXPECT_EQ(g->frame_pi_groups(), d.pi_groups());
-    const HDiagramPiGroup framed = *g->frame_pi_groups().begin();
-    EXPECT_FALSE(framed->expanded());
-    // Iron, five clones, their circle, the frame; one bond to the circle.
-    EXPECT_EQ(8, d.nnodes());
-    EXPECT_EQ(5 + 1, d.nedges());
-    EXPECT_EQ(PI_BOND, d.edge(fe, HDiagramNode(framed->circle_node()))->type());
-
-    d.expand_ligand_groups();
-    EXPECT_TRUE(before == snapshot(d));
-    EXPECT_EQ(pis, d.pi_groups());
-    d.contract_ligand_groups();
-    EXPECT_EQ(8, d.nnodes());
-    d.expand_ligand_groups();
-    EXPECT_TRUE(before == snapshot(d));
 }
 
 TEST(DiagramLigandGroup, SymbolOfTheFirstUnitIsRepeatedInTheFrame) {
@@ -154,6 +178,7 @@ TEST(DiagramLigandGroup, SymbolOfTheFirstUnitIsRepeatedInTheFrame) {
         d.add_group_symbol({o, c}, "Methoxy");
     }
     const testing::Snapshot before = snapshot(d);
+    d.contract_symbol_groups();  // the units' atoms folded: the group unfolds them itself
     d.add_ligand_group(units);
     const HDiagramLigandGroup g = *d.ligand_groups().begin();
     d.contract_ligand_groups();

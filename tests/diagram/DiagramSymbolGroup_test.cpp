@@ -75,6 +75,23 @@ TEST(DiagramSymbolCatalogue, HoldsFortySevenGroupsByCodeAndName) {
     EXPECT_EQ(DiagramSymbol::HydrogenAtSecondAtom,
               ChemicalDiagram::symbol_factory_.create("Pyridyl")->hydrogen_position());
     EXPECT_NEAR(h, ph->template_point(2).y(), 1e-15);
+    // Rows whose labels or points are easy to get wrong.
+    const DiagramSymbolCatalogue::Entry& ncs = *DiagramSymbolCatalogue::find(14);
+    EXPECT_EQ("Thiocyanato", ncs.name);
+    EXPECT_EQ("SCN", ncs.left_label);
+    EXPECT_EQ("NCS", ncs.right_label);
+    EXPECT_EQ("NCS", ncs.centre_label);
+    EXPECT_EQ("Me<sub>4</sub>N", DiagramSymbolCatalogue::find("Tetramethylammonium")->centre_label);
+    EXPECT_EQ("MeO", DiagramSymbolCatalogue::find(35)->centre_label);
+    EXPECT_EQ("O[CO]Me", DiagramSymbolCatalogue::find(39)->left_label);
+    EXPECT_EQ("[EtO]<sub>3</sub>P", DiagramSymbolCatalogue::find(45)->right_label);
+    const std::vector<Point2d>& cpstar = DiagramSymbolCatalogue::find("Pentamethylcyclopentadienyl")->points;
+    ASSERT_EQ(10u, cpstar.size());
+    EXPECT_EQ(Point2d(1.26, -1.76), cpstar[9]);
+    const std::vector<Point2d>& benzoyl = DiagramSymbolCatalogue::find(47)->points;
+    EXPECT_EQ(Point2d(1.5, -3 * h), benzoyl[7]);
+    EXPECT_EQ(Point2d(2.0, -2 * h), benzoyl[5]);
+    EXPECT_EQ(19u, DiagramSymbolCatalogue::find("Tricyclohexylphosphine")->points.size());
     EXPECT_EQ(nullptr, ChemicalDiagram::symbol_factory_.create("Naphthyl").unhand());
     EXPECT_EQ(nullptr, DiagramSymbolCatalogue::find(20));
     EXPECT_EQ("Benzyl", DiagramSymbolCatalogue::find(48)->name);
@@ -161,6 +178,21 @@ TEST(DiagramSymbolGroup, AtomsTakeTheTemplateShapeTurnedAwayFromTheBond) {
     bond(bridge, n, o1);
     bond(bridge, n, o2);
     bridge.add_group_symbol({n, o1, o2}, "Nitro");
+    // Neighbours balanced along the diagonal: the cross product vanishes
+    // too, and the group keeps the template's direction.
+    ChemicalDiagram diagonal;
+    const HDiagramNode dl = atom(diagonal, Element::C, -1.0, -1.0), dr = atom(diagonal, Element::C, 1.0, 1.0);
+    const HDiagramNode dn = atom(diagonal, Element::N, 0.0, 0.0), do1 = atom(diagonal, Element::O, 3, 3),
+                       do2 = atom(diagonal, Element::O, 4, 4);
+    bond(diagonal, dl, dn);
+    bond(diagonal, dn, dr);
+    bond(diagonal, dn, do1);
+    bond(diagonal, dn, do2);
+    diagonal.add_group_symbol({dn, do1, do2}, "Nitro");
+    const double kd = 0.6667 * std::sqrt(2.0);
+    EXPECT_NEAR(0.5 * kd, at(do1).x(), 1e-12);
+    EXPECT_NEAR(-h * kd, at(do1).y(), 1e-12);
+
     // The mean bond out is 1; nitro's oxygens at (0.5, -h) and (0.5, h) end up below the line.
     const double k = 0.6667;
     EXPECT_EQ(Point2d(0.0, 0.0), at(n));
