@@ -8,16 +8,6 @@
 
 namespace molcryst {
 
-namespace {
-
-bool in_symbol_group(const ChemicalDiagram& diagram, const HDiagramNode& node) {
-    for (const HDiagramSymbolGroup& s : diagram.symbol_groups())
-        if (s->has_node(node)) return true;
-    return false;
-}
-
-}  // namespace
-
 DiagramFormulaGroup::DiagramFormulaGroup(const std::vector<HDiagramNode>& nodes, const Point2d& point,
                                          const std::string& text, ChemicalDiagram& diagram) {
     set_atoms(nodes, point, text, diagram);
@@ -26,6 +16,7 @@ DiagramFormulaGroup::DiagramFormulaGroup(const std::vector<HDiagramNode>& nodes,
 DiagramFormulaGroup::~DiagramFormulaGroup() = default;
 
 void DiagramFormulaGroup::clear() {
+    formula_node_ = THandle<DiagramSymbol>();
     symbol_groups_.clear();
     pi_groups_.clear();
     DiagramGroup::clear();
@@ -39,7 +30,7 @@ void DiagramFormulaGroup::set_atoms(const std::vector<HDiagramNode>& nodes, cons
     // into one of its symbol groups, which the formula expands first.
     std::set<HDiagramNode> members;
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-        if (nodes[i].unhand() == nullptr || !(diagram.has_node(nodes[i]) || in_symbol_group(diagram, nodes[i])))
+        if (nodes[i].unhand() == nullptr || !(diagram.has_node(nodes[i]) || held_by_symbol_group(diagram, nodes[i])))
             throw std::invalid_argument("DiagramFormulaGroup::set_atoms node " + std::to_string(i) +
                                         " is not in the diagram");
         if (!members.insert(nodes[i]).second)
@@ -54,6 +45,26 @@ void DiagramFormulaGroup::set_atoms(const std::vector<HDiagramNode>& nodes, cons
     const HDiagramNode formula(formula_node_);
     for (const HDiagramNode& n : members) add_node_match(n, formula);
 
+    // Groups over the atoms stand expanded, so that every atom is present
+    // when the formula takes them out: symbol groups first, since a folded
+    // symbol holds its ring's pi groups.
+    const std::vector<HDiagramSymbolGroup> symbols(diagram.symbol_groups().begin(), diagram.symbol_groups().end());
+    for (const HDiagramSymbolGroup& s : symbols)
+        for (const HDiagramNode& m : nodes)
+            if (s->has_node(m)) {
+                s->expand(diagram);
+                symbol_groups_.insert(s);
+                break;
+            }
+    const std::vector<HDiagramPiGroup> pis(diagram.pi_groups().begin(), diagram.pi_groups().end());
+    for (const HDiagramPiGroup& pi : pis)
+        for (const HDiagramNode& m : nodes)
+            if (pi->has_node(m)) {
+                pi->expand(diagram);
+                pi_groups_.insert(pi);
+                break;
+            }
+
     // Circles and frames over the atoms go with them.
     std::vector<HDiagramNode> covering;
     for (ChemicalDiagram::const_node_iterator n = diagram.begin_nodes(); n != diagram.end_nodes(); ++n) {
@@ -67,37 +78,12 @@ void DiagramFormulaGroup::set_atoms(const std::vector<HDiagramNode>& nodes, cons
     }
     for (const HDiagramNode& c : covering) add_node_match(c, HDiagramNode());
 
-    // Groups over the atoms stand expanded, so that every atom is present
-    // when the formula takes them out.
-    const std::vector<HDiagramPiGroup> pis(diagram.pi_groups().begin(), diagram.pi_groups().end());
-    for (const HDiagramPiGroup& pi : pis)
-        for (const HDiagramNode& m : nodes)
-            if (pi->has_node(m)) {
-                pi->expand(diagram);
-                pi_groups_.insert(pi);
-                break;
-            }
-    const std::vector<HDiagramSymbolGroup> symbols(diagram.symbol_groups().begin(), diagram.symbol_groups().end());
-    for (const HDiagramSymbolGroup& s : symbols)
-        for (const HDiagramNode& m : nodes)
-            if (s->has_node(m)) {
-                s->expand(diagram);
-                symbol_groups_.insert(s);
-                break;
-            }
-
-    std::set<HDiagramNode> attached;
+    std::vector<Attachment> attachments;
     for (const HDiagramNode& m : members)
-        for (const HDiagramNode& b : m->neighbours()) {
-            if (members.count(b) != 0) continue;
-            const HDiagramEdge e = diagram.edge(m, b);
-            if (attached.insert(b).second)
-                add_edge_match(e, HDiagramNode(), m, e, HDiagramNode(), formula);
-            else  // a second bond to the same outside node waits out the contraction
-                add_edge_match(e, m, b, HDiagramEdge(), HDiagramNode(), HDiagramNode());
-        }
-    for (const HDiagramEdge& e : diagram.graph()->nodes_to_edges(members))
-        add_edge_match(e, e->node1(), e->node2(), HDiagramEdge(), HDiagramNode(), HDiagramNode());
+        for (const HDiagramNode& b : m->neighbours())
+            if (members.count(b) == 0) attachments.push_back(Attachment{diagram.edge(m, b), m, b, formula});
+    add_attachments(attachments);
+    for (const HDiagramEdge& e : diagram.graph()->nodes_to_edges(members)) add_inner_edge(e);
 }
 
 void DiagramFormulaGroup::expand(ChemicalDiagram& diagram) {

@@ -1,6 +1,7 @@
 #include "molcryst/diagram/DiagramGroup.h"
 
 #include "molcryst/diagram/ChemicalDiagram.h"
+#include "molcryst/diagram/DiagramCompositeEdge.h"
 #include "molcryst/support/TARNLog.h"
 
 namespace molcryst {
@@ -14,7 +15,11 @@ bool is_null(const HDiagramEdge& e) { return e.unhand() == nullptr; }
 // null one stands for the outside. Null for an inner edge, or for an edge
 // that is not in the diagram and so has no ends to ask.
 HDiagramNode outside_end(const HDiagramEdge& edge, const DiagramGroup::NodePair& ends) {
-    if (!edge->is_in_diagram()) return HDiagramNode();
+    if (!edge->is_in_diagram()) {
+        MOLCRYST_DEBUG_LINE(3, "DiagramGroup: no outside end for an edge not in the diagram: "
+                                   << static_cast<const void*>(edge.unhand()));
+        return HDiagramNode();
+    }
     if (is_null(ends.first) && !is_null(ends.second)) return edge->other_node(ends.second);
     if (!is_null(ends.first) && is_null(ends.second)) return edge->other_node(ends.first);
     return HDiagramNode();
@@ -34,6 +39,40 @@ void DiagramGroup::add_edge_match(HDiagramEdge e1, HDiagramNode a, HDiagramNode 
     matches_.add_edge_match(e1, e2);
     if (!is_null(a) || !is_null(b)) edge1_nodes_[e1] = NodePair(a, b);
     if (!is_null(c) || !is_null(d)) edge2_nodes_[e2] = NodePair(c, d);
+}
+
+void DiagramGroup::add_attachments(const std::vector<Attachment>& bonds) {
+    std::map<NodePair, std::vector<const Attachment*> > between;
+    std::vector<NodePair> order;
+    for (const Attachment& a : bonds) {
+        const NodePair ends(a.outside, a.contracted_end);
+        std::vector<const Attachment*>& list = between[ends];
+        if (list.empty()) order.push_back(ends);
+        list.push_back(&a);
+    }
+    for (const NodePair& ends : order) {
+        const std::vector<const Attachment*>& list = between[ends];
+        if (list.size() == 1) {
+            add_edge_match(list[0]->edge, HDiagramNode(), list[0]->inside, list[0]->edge, HDiagramNode(),
+                           ends.second);
+            continue;
+        }
+        THandle<DiagramCompositeEdge> composite(new DiagramCompositeEdge(list[0]->edge->type()));
+        for (const Attachment* a : list) {
+            composite->add_edge(a->edge);
+            add_edge_match(a->edge, HDiagramNode(), a->inside, HDiagramEdge(composite), HDiagramNode(), ends.second);
+        }
+    }
+}
+
+void DiagramGroup::add_inner_edge(const HDiagramEdge& edge) {
+    add_edge_match(edge, edge->node1(), edge->node2(), HDiagramEdge(), HDiagramNode(), HDiagramNode());
+}
+
+bool DiagramGroup::held_by_symbol_group(const ChemicalDiagram& diagram, const HDiagramNode& node) {
+    for (const HDiagramSymbolGroup& s : diagram.symbol_groups())
+        if (s->has_node(node)) return true;
+    return false;
 }
 
 bool DiagramGroup::has_node(HDiagramNode node) const { return matches_.has_node1(node) || matches_.has_node2(node); }

@@ -30,13 +30,15 @@ DiagramLigandGroup::DiagramLigandGroup(const Units& units, ChemicalDiagram& diag
     for (const Unit& unit : units) members.insert(unit->begin(), unit->end());
     for (std::size_t j = 0; j < units[0]->size(); ++j) {
         HDiagramNode centre;
-        for (const Unit& unit : units)
+        for (const Unit& unit : units) {
+            if (!(*unit)[j]->is_in_diagram()) continue;  // folded in a symbol, whose bond is checked there
             for (const HDiagramNode& b : (*unit)[j]->neighbours()) {
                 if (members.count(b) != 0) continue;
                 if (centre.unhand() == nullptr) centre = b;
                 if (b != centre)
                     throw std::invalid_argument(std::string(where) + " the ligands are not bonded to one centre");
             }
+        }
     }
     set_atoms(units, diagram);
 }

@@ -23,7 +23,7 @@ void DiagramMultipleGroup::check_units(const Units& units, const ChemicalDiagram
         if (units[u]->size() != units[0]->size())
             throw std::invalid_argument(w + " unit " + std::to_string(u) + " differs in length from unit 0");
         for (const HDiagramNode& n : *units[u]) {
-            if (n.unhand() == nullptr || !diagram.has_node(n))
+            if (n.unhand() == nullptr || !(diagram.has_node(n) || held_by_symbol_group(diagram, n)))
                 throw std::invalid_argument(w + " a node of unit " + std::to_string(u) + " is not in the diagram");
             if (!seen.insert(n).second)
                 throw std::invalid_argument(w + " a node of unit " + std::to_string(u) + " is given twice");
@@ -53,42 +53,7 @@ void DiagramMultipleGroup::set_atoms(const Units& units, ChemicalDiagram& diagra
     add_node_match(HDiagramNode(), HDiagramNode(frame_));
 
     std::set<HDiagramNode> atoms;
-    for (std::size_t j = 0; j < m; ++j) {
-        const HDiagramNode first = (*units[0])[j];
-        const HDiagramNode clone = first->clone();
-        for (std::size_t u = 0; u < n; ++u) {
-            const HDiagramNode a = (*units[u])[j];
-            UnitAtom& noted = unit_atoms_[a];
-            noted.clone = clone;
-            noted.counterpart = first;
-            noted.unit = static_cast<int>(u);
-            atoms.insert(a);
-            add_node_match(a, clone);
-        }
-        frame_->add_node(clone);
-    }
-
-    // Ring circles over the units: one circle of clones each, circles over
-    // corresponding rings sharing it.
-    std::map<std::set<HDiagramNode>, HDiagramNode> circle_of_clones;
-    for (ChemicalDiagram::const_node_iterator c = diagram.begin_nodes(); c != diagram.end_nodes(); ++c) {
-        const DiagramCircle* circle = dynamic_cast<const DiagramCircle*>(c->unhand());
-        if (circle == nullptr) continue;
-        std::set<HDiagramNode> clones;
-        for (const HDiagramNode& a : circle->atoms()) {
-            UnitAtoms::const_iterator found = unit_atoms_.find(a);
-            if (found != unit_atoms_.end()) clones.insert(found->second.clone);
-        }
-        if (clones.empty()) continue;
-        HDiagramNode& shared = circle_of_clones[clones];
-        if (shared.unhand() == nullptr) {
-            shared = HDiagramNode(new DiagramCircle(clones));
-            frame_->add_node(shared);
-        }
-        add_node_match(*c, shared);
-        circle_clones_[*c] = shared;
-    }
-
+    for (const Unit& unit : units) atoms.insert(unit->begin(), unit->end());
     // Symbol groups over the units stand expanded (which may give pi groups
     // back to the diagram), then the pi groups.
     const std::vector<HDiagramSymbolGroup> symbols(diagram.symbol_groups().begin(), diagram.symbol_groups().end());
@@ -116,6 +81,41 @@ void DiagramMultipleGroup::set_atoms(const Units& units, ChemicalDiagram& diagra
                 }
                 break;
             }
+
+    for (std::size_t j = 0; j < m; ++j) {
+        const HDiagramNode first = (*units[0])[j];
+        const HDiagramNode clone = first->clone();
+        for (std::size_t u = 0; u < n; ++u) {
+            const HDiagramNode a = (*units[u])[j];
+            UnitAtom& noted = unit_atoms_[a];
+            noted.clone = clone;
+            noted.counterpart = first;
+            noted.unit = static_cast<int>(u);
+            add_node_match(a, clone);
+        }
+        frame_->add_node(clone);
+    }
+
+    // Ring circles over the units: one circle of clones each, circles over
+    // corresponding rings sharing it.
+    std::map<std::set<HDiagramNode>, HDiagramNode> circle_of_clones;
+    for (ChemicalDiagram::const_node_iterator c = diagram.begin_nodes(); c != diagram.end_nodes(); ++c) {
+        const DiagramCircle* circle = dynamic_cast<const DiagramCircle*>(c->unhand());
+        if (circle == nullptr) continue;
+        std::set<HDiagramNode> clones;
+        for (const HDiagramNode& a : circle->atoms()) {
+            UnitAtoms::const_iterator found = unit_atoms_.find(a);
+            if (found != unit_atoms_.end()) clones.insert(found->second.clone);
+        }
+        if (clones.empty()) continue;
+        HDiagramNode& shared = circle_of_clones[clones];
+        if (shared.unhand() == nullptr) {
+            shared = HDiagramNode(new DiagramCircle(clones));
+            frame_->add_node(shared);
+        }
+        add_node_match(*c, shared);
+        circle_clones_[*c] = shared;
+    }
 
     const std::set<HDiagramEdge> group_edges = diagram.graph()->nodes_to_edges(atoms);
     set_inter_unit_bonds(units, unit_atoms_, group_edges, diagram);
@@ -172,7 +172,8 @@ void DiagramMultipleGroup::restore_groups(ChemicalDiagram& diagram, const std::s
 void DiagramMultipleGroup::make_frame_groups(ChemicalDiagram& diagram) {
     frame_groups_made_ = true;
     // A pi group from a centre outside the units to a ring of unit 0 gets
-    // its counterpart on the cloned ring.
+    // its counterpart on the cloned ring, in the diagram and expanded for
+    // the moment, so that a symbol over the ring can take it over below.
     for (const HDiagramPiGroup& pi : unit_pi_groups_) {
         std::map<HDiagramPiGroup, HDiagramNode>::const_iterator centre = pi_centres_.find(pi);
         std::map<HDiagramNode, HDiagramNode>::const_iterator circle = circle_clones_.find(pi->circle_node());
@@ -183,9 +184,9 @@ void DiagramMultipleGroup::make_frame_groups(ChemicalDiagram& diagram) {
         for (const HDiagramPiGroup& made : frame_pi_groups_)
             if (HDiagramNode(made->circle_node()) == circle->second) made_already = true;
         if (made_already || !diagram.has_node(centre->second)) continue;
-        HDiagramPiGroup made(new DiagramPiGroup(
-            centre->second, handle_static_cast<DiagramCircle>(circle->second), diagram));
+        HDiagramPiGroup made(new DiagramPiGroup(centre->second, handle_static_cast<DiagramCircle>(circle->second), diagram));
         frame_pi_groups_.insert(made);
+        diagram.add_pi_group(made);
     }
     // A symbol group on unit 0 gets its counterpart on the clones.
     for (const HDiagramSymbolGroup& s : unit_symbol_groups_) {
@@ -200,10 +201,9 @@ void DiagramMultipleGroup::make_frame_groups(ChemicalDiagram& diagram) {
         HDiagramSymbolGroup made(s->clone());
         made->set_atoms(clones, diagram);
         frame_symbol_groups_.insert(made);
+        if (made->symbol_node().unhand() != nullptr) frame_->add_node(HDiagramNode(made->symbol_node()));
     }
     restore_groups(diagram, frame_symbol_groups_, frame_pi_groups_, true);
-    for (const HDiagramSymbolGroup& made : frame_symbol_groups_)
-        if (made->symbol_node().unhand() != nullptr) frame_->add_node(HDiagramNode(made->symbol_node()));
 }
 
 void DiagramMultipleGroup::expand(ChemicalDiagram& diagram) {

@@ -1,5 +1,7 @@
 #include "molcryst/diagram/DiagramRepeatGroup.h"
 
+#include <vector>
+
 #include "molcryst/diagram/ChemicalDiagram.h"
 
 namespace molcryst {
@@ -10,26 +12,20 @@ DiagramRepeatGroup::~DiagramRepeatGroup() = default;
 
 void DiagramRepeatGroup::set_attachment_bonds(const Units&, const UnitAtoms& atoms,
                                               const std::set<HDiagramEdge>& group_edges, ChemicalDiagram&) {
-    // The chain's ends move to the clones. Two ends bonded to one outside
-    // node at the same clone (a ring of units) cannot both: the second
-    // leaves on contraction.
-    std::set<std::pair<HDiagramNode, HDiagramNode> > attached;
+    // The chain's ends move to the clones.
+    std::vector<Attachment> attachments;
     for (UnitAtoms::const_iterator a = atoms.begin(); a != atoms.end(); ++a)
-        for (const HDiagramEdge& e : a->first->edges()) {
-            if (group_edges.count(e) != 0) continue;
-            const HDiagramNode outside = e->other_node(a->first);
-            if (attached.insert(std::make_pair(outside, a->second.clone)).second)
-                add_edge_match(e, HDiagramNode(), a->first, e, HDiagramNode(), a->second.clone);
-            else
-                add_edge_match(e, e->node1(), e->node2(), HDiagramEdge(), HDiagramNode(), HDiagramNode());
-        }
+        for (const HDiagramEdge& e : a->first->edges())
+            if (group_edges.count(e) == 0)
+                attachments.push_back(Attachment{e, a->first, e->other_node(a->first), a->second.clone});
+    add_attachments(attachments);
 }
 
 void DiagramRepeatGroup::set_inter_unit_bonds(const Units&, const UnitAtoms& atoms,
                                               const std::set<HDiagramEdge>& group_edges, ChemicalDiagram&) {
     for (const HDiagramEdge& e : group_edges)
         if (atoms.at(e->node1()).unit != atoms.at(e->node2()).unit)
-            add_edge_match(e, e->node1(), e->node2(), HDiagramEdge(), HDiagramNode(), HDiagramNode());
+            add_inner_edge(e);
 }
 
 }  // namespace molcryst

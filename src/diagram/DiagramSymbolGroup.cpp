@@ -54,6 +54,7 @@ THandle<DiagramSymbol> DiagramSymbolGroup::create_symbol(const std::vector<HDiag
 }
 
 void DiagramSymbolGroup::clear() {
+    symbol_node_ = THandle<DiagramSymbol>();
     pi_groups_.clear();
     DiagramGroup::clear();
 }
@@ -103,20 +104,13 @@ void DiagramSymbolGroup::set_atoms(const std::vector<HDiagramNode>& nodes, Chemi
     int noutside = 0;
     double sumx = 0.0, sumy = 0.0, length = 0.0;
     HDiagramNode first_outside;
-    std::set<HDiagramNode> attached;
+    std::vector<Attachment> attachments;
     for (const HDiagramNode& m : members) {
         add_node_match(m, symbol);
         for (const HDiagramNode& b : m->neighbours()) {
             if (members.count(b) != 0) continue;
             if (first_outside.unhand() == nullptr) first_outside = b;
-            const HDiagramEdge e = diagram.edge(m, b);
-            // One bond to an outside node moves to the symbol; a second one
-            // to the same node (a chelate) has no place there and waits out
-            // the contraction.
-            if (attached.insert(b).second)
-                add_edge_match(e, HDiagramNode(), m, e, HDiagramNode(), symbol);
-            else
-                add_edge_match(e, m, b, HDiagramEdge(), HDiagramNode(), HDiagramNode());
+            attachments.push_back(Attachment{diagram.edge(m, b), m, b, symbol});
             ++noutside;
             const Point2d p = b->position();
             sumx += p.x();
@@ -124,6 +118,7 @@ void DiagramSymbolGroup::set_atoms(const std::vector<HDiagramNode>& nodes, Chemi
             length += distance(p, m->position());
         }
     }
+    add_attachments(attachments);
 
     // The template, scaled to two thirds of the mean outside bond and turned
     // to point away from the outside neighbours.
@@ -155,8 +150,7 @@ void DiagramSymbolGroup::set_atoms(const std::vector<HDiagramNode>& nodes, Chemi
         static_cast<DiagramAtom*>(nodes[i].unhand())->set_position(Point2d(p[0], p[1]));
     }
 
-    for (const HDiagramEdge& e : diagram.graph()->nodes_to_edges(members))
-        add_edge_match(e, e->node1(), e->node2(), HDiagramEdge(), HDiagramNode(), HDiagramNode());
+    for (const HDiagramEdge& e : diagram.graph()->nodes_to_edges(members)) add_inner_edge(e);
 }
 
 void DiagramSymbolGroup::expand(ChemicalDiagram& diagram) {

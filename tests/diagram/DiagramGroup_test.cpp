@@ -16,9 +16,15 @@
 #include "molcryst/diagram/DiagramSymbol.h"
 #include "molcryst/support/Observer.h"
 #include "molcryst/support/TARNLog.h"
+#include "DiagramTestSupport.h"
 
 namespace molcryst {
 namespace {
+
+using testing::Snapshot;
+using testing::atom;
+using testing::bond;
+using testing::snapshot;
 
 // Folds a list of atoms into one symbol, as a substituent group does: every
 // atom matches the symbol, each bond to the outside keeps its identity and
@@ -49,37 +55,6 @@ public:
 private:
     HDiagramNode symbol_;
 };
-
-// The graph as it stands: nodes, and each edge with its ends and type.
-typedef std::tuple<DiagramNode*, DiagramNode*, int> EdgeRecord;
-struct Snapshot {
-    std::set<DiagramNode*> nodes;
-    std::map<DiagramEdge*, EdgeRecord> edges;
-    bool operator==(const Snapshot& o) const { return nodes == o.nodes && edges == o.edges; }
-};
-
-Snapshot snapshot(const ChemicalDiagram& d) {
-    Snapshot s;
-    for (ChemicalDiagram::const_node_iterator n = d.begin_nodes(); n != d.end_nodes(); ++n) s.nodes.insert(n->unhand());
-    for (ChemicalDiagram::const_edge_iterator e = d.begin_edges(); e != d.end_edges(); ++e) {
-        DiagramNode* a = (*e)->node1().unhand();
-        DiagramNode* b = (*e)->node2().unhand();
-        if (b < a) std::swap(a, b);
-        s.edges[e->unhand()] = EdgeRecord(a, b, static_cast<int>((*e)->type()));
-    }
-    return s;
-}
-
-HDiagramNode atom(ChemicalDiagram& d, const Element& e, double x, double y) {
-    HDiagramAtom a(new DiagramAtom(e));
-    a->set_position(Point2d(x, y));
-    d.add(HDiagramNode(a));
-    return a;
-}
-
-void bond(ChemicalDiagram& d, const HDiagramNode& a, const HDiagramNode& b, BondType t = SINGLE_BOND) {
-    d.add(HDiagramEdge(new DiagramBond(t)), a, b);
-}
 
 struct CountingObserver : Observer {
     int updates = 0;

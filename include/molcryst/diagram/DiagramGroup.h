@@ -13,6 +13,7 @@
 #include <map>
 #include <set>
 #include <utility>
+#include <vector>
 
 #include "molcryst/diagram/DiagramEdge.h"
 #include "molcryst/diagram/DiagramNode.h"
@@ -62,6 +63,25 @@ public:
                         HDiagramNode d);
     /// The outside nodes of the group as it stands now.
     THandle<std::set<HDiagramNode> > current_attachment_nodes() const;
+
+protected:
+    /// A bond from a node of the group to a node outside it, and the node of
+    /// the contracted graph that it is to end at.
+    struct Attachment {
+        HDiagramEdge edge;
+        HDiagramNode inside;
+        HDiagramNode outside;
+        HDiagramNode contracted_end;
+    };
+    /// Matches bonds to the outside. The only bond between an outside node
+    /// and a contracted end keeps its identity and moves; several (a chelate)
+    /// fold into one composite edge of the first one's type. Either way the
+    /// outside node is found when the group swaps, never stored.
+    void add_attachments(const std::vector<Attachment>& bonds);
+    /// Matches a bond among the group's own nodes: it leaves on contraction.
+    void add_inner_edge(const HDiagramEdge& edge);
+    /// Whether one of the diagram's symbol groups holds `node`.
+    static bool held_by_symbol_group(const ChemicalDiagram& diagram, const HDiagramNode& node);
 
 private:
     bool expanded_ = true;
