@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "molcryst/diagram/DiagramAtom.h"
+#include "molcryst/diagram/DiagramCircle.h"
 #include "molcryst/diagram/DiagramSymbolCatalogue.h"
 #include "molcryst/support/TARNLog.h"
 #include "molcryst/geometry/GeometryFunctions.h"
@@ -85,6 +86,7 @@ void ChemicalDiagram::add(HDiagramNode node) {
     }
     graph_->add_node(node);
     node->set_graph(graph_, node);
+    if (dynamic_cast<DiagramCircle*>(node.unhand()) != nullptr) circles_.insert(node);
     validate();
 }
 
@@ -113,8 +115,11 @@ void ChemicalDiagram::add(HDiagramEdge edge, HDiagramNode node1, HDiagramNode no
         throw std::domain_error(where + "edge is already present in this ChemicalDiagram object, but involving different nodes");
     graph_->add_edge(edge, node1, node2);
     edge->set_graph(graph_, edge);
-    if (node1->graph().unhand() == nullptr) node1->set_graph(graph_, node1);
-    if (node2->graph().unhand() == nullptr) node2->set_graph(graph_, node2);
+    for (const HDiagramNode& n : {node1, node2})
+        if (n->graph().unhand() == nullptr) {
+            n->set_graph(graph_, n);
+            if (dynamic_cast<DiagramCircle*>(n.unhand()) != nullptr) circles_.insert(n);
+        }
     validate();
 }
 
@@ -126,6 +131,7 @@ void ChemicalDiagram::remove(HDiagramNode node) {
     isolate(node);
     graph_->remove_node(node);
     node->set_graph(HDiagramGraph(), HDiagramNode());
+    circles_.erase(node);
     validate();
 }
 
@@ -156,6 +162,8 @@ void ChemicalDiagram::clear() {
     graph_->clear();
     pi_groups_.clear();
     symbol_groups_.clear();
+    symbol_member_.clear();
+    circles_.clear();
     ligand_groups_.clear();
     repeat_groups_.clear();
     validate();
@@ -271,11 +279,30 @@ void ChemicalDiagram::print(std::ostream& out) const {
 
 void ChemicalDiagram::add_pi_group(HDiagramPiGroup group) { pi_groups_.insert(group); }
 
-void ChemicalDiagram::add_symbol_group(HDiagramSymbolGroup group) { symbol_groups_.insert(group); }
+void ChemicalDiagram::add_symbol_group(HDiagramSymbolGroup group) {
+    symbol_groups_.insert(group);
+    if (group.unhand() == nullptr) return;
+    for (DiagramGraphMatch::node_match_iterator m = group->matches().begin_node_matches();
+         m != group->matches().end_node_matches(); ++m)
+        if (m->first.unhand() != nullptr) symbol_member_[m->first] = group;
+}
 
 void ChemicalDiagram::remove_pi_group(HDiagramPiGroup group) { pi_groups_.erase(group); }
 
-void ChemicalDiagram::remove_symbol_group(HDiagramSymbolGroup group) { symbol_groups_.erase(group); }
+void ChemicalDiagram::remove_symbol_group(HDiagramSymbolGroup group) {
+    symbol_groups_.erase(group);
+    if (group.unhand() == nullptr) return;
+    for (DiagramGraphMatch::node_match_iterator m = group->matches().begin_node_matches();
+         m != group->matches().end_node_matches(); ++m) {
+        std::map<HDiagramNode, HDiagramSymbolGroup>::iterator found = symbol_member_.find(m->first);
+        if (found != symbol_member_.end() && found->second == group) symbol_member_.erase(found);
+    }
+}
+
+HDiagramSymbolGroup ChemicalDiagram::symbol_group_of(HDiagramNode node) const {
+    std::map<HDiagramNode, HDiagramSymbolGroup>::const_iterator found = symbol_member_.find(node);
+    return found == symbol_member_.end() ? HDiagramSymbolGroup() : found->second;
+}
 
 void ChemicalDiagram::add_group_symbol(const std::vector<HDiagramNode>& nodes, int code) {
     add_group_symbol(nodes, tarn_symbols_[code]);
@@ -289,11 +316,10 @@ void ChemicalDiagram::add_group_symbol(const std::vector<HDiagramNode>& nodes, c
     // Two symbols cannot stand for one atom: the second contraction would
     // take the atom from the first.
     for (const HDiagramNode& n : nodes)
-        for (const HDiagramSymbolGroup& other : symbol_groups_)
-            if (n.unhand() != nullptr && other->has_node(n))
-                throw std::invalid_argument(where + "a node is already in another symbol group");
+        if (symbol_group_of(n).unhand() != nullptr)
+            throw std::invalid_argument(where + "a node is already in another symbol group");
     group->set_atoms(nodes, *this);
-    symbol_groups_.insert(group);
+    add_symbol_group(group);
 }
 
 void ChemicalDiagram::add_ligand_group(const std::vector<THandle<std::vector<HDiagramNode> > >& units) {

@@ -70,9 +70,7 @@ void DiagramGroup::add_inner_edge(const HDiagramEdge& edge) {
 }
 
 bool DiagramGroup::held_by_symbol_group(const ChemicalDiagram& diagram, const HDiagramNode& node) {
-    for (const HDiagramSymbolGroup& s : diagram.symbol_groups())
-        if (s->has_node(node)) return true;
-    return false;
+    return diagram.symbol_group_of(node).unhand() != nullptr;
 }
 
 bool DiagramGroup::has_node(HDiagramNode node) const { return matches_.has_node1(node) || matches_.has_node2(node); }

@@ -78,15 +78,14 @@ void DiagramSymbolGroup::set_atoms(const std::vector<HDiagramNode>& nodes, Chemi
     }
 
     // A ring circle touching the group goes out with it.
-    for (ChemicalDiagram::const_node_iterator n = diagram.begin_nodes(); n != diagram.end_nodes(); ++n) {
-        if (dynamic_cast<DiagramCircle*>(n->unhand()) == nullptr) continue;
+    const std::vector<HDiagramNode> circles(diagram.circles().begin(), diagram.circles().end());
+    for (const HDiagramNode& c : circles)
         for (const HDiagramNode& m : nodes)
-            if ((*n)->has_node(m)) {
-                add_node_match(*n, HDiagramNode());
-                members.insert(*n);
+            if (c->has_node(m)) {
+                add_node_match(c, HDiagramNode());
+                members.insert(c);
                 break;
             }
-    }
     const std::vector<HDiagramPiGroup> pis(diagram.pi_groups().begin(), diagram.pi_groups().end());
     for (const HDiagramPiGroup& pi : pis) {
         for (const HDiagramNode& m : members)

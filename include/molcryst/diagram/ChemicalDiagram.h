@@ -124,6 +124,12 @@ public:
     /// Circles for the aromatic rings (rings of type-5 edges without a
     /// chord), and a pi group for each centre pi-bonded to a whole ring.
     void derive_aromatic_rings();
+    /// The ring circles standing in the diagram, so that a group finds those
+    /// over its atoms without a walk over every node.
+    const std::set<HDiagramNode>& circles() const { return circles_; }
+    /// The symbol group of the diagram's set whose expanded graph has
+    /// `node`; null for none.
+    HDiagramSymbolGroup symbol_group_of(HDiagramNode node) const;
     void expand_symbol_groups();
     void contract_symbol_groups();
     void expand_ligand_groups();
@@ -151,6 +157,8 @@ private:
     std::set<HDiagramLigandGroup> ligand_groups_;
     std::set<HDiagramRepeatGroup> repeat_groups_;
     std::set<HDiagramFormulaGroup> formula_groups_;
+    std::set<HDiagramNode> circles_;
+    std::map<HDiagramNode, HDiagramSymbolGroup> symbol_member_;  // expanded node -> its symbol group
 };
 
 typedef THandle<ChemicalDiagram> HChemicalDiagram;
