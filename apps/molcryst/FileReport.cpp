@@ -426,6 +426,33 @@ json report_document(const json& entries) {
     return document;
 }
 
+std::string report_line(const std::string& file, bool& failed) {
+    ReportOptions options;
+    options.json = true;
+    std::ostringstream out, err;
+    json entry;
+    std::string error;
+    try {
+        report_file(file, options, out, err, entry);
+    } catch (const std::exception& e) {
+        // report_file tells every fault of the file itself; this is one of the machine (memory, say).
+        entry = nullptr;
+        err << e.what() << "\n";
+    }
+    failed = entry.is_null();
+    if (!failed) return json{{"file", file}, {"report", report_document(json::array({entry}))}}.dump();
+    // The error lines of the report; its warnings only when nothing else was said.
+    std::istringstream lines(err.str());
+    std::string warnings;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty()) continue;
+        std::string& to = line.compare(0, 9, "warning: ") == 0 ? warnings : error;
+        to += (to.empty() ? "" : "; ") + line;
+    }
+    if (error.empty()) error = warnings.empty() ? file + ": no report" : warnings;
+    return json{{"file", file}, {"error", error}}.dump();
+}
+
 const char* molcryst_version() { return MOLCRYST_VERSION; }
 
 }  // namespace app

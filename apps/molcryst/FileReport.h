@@ -29,6 +29,12 @@ struct ReportOptions {
 int report_file(const std::string& file, const ReportOptions& options, std::ostream& out, std::ostream& err,
                 nlohmann::json& entry);
 
+/// One line of a batch output for `file`, without its newline: {"file": file,
+/// "report": the document of `molcryst report --json FILE`} or, when the
+/// file cannot be read, {"file": file, "error": what report said of it}.
+/// `failed` tells which of the two it is.
+std::string report_line(const std::string& file, bool& failed);
+
 /// The document of `molcryst report --json`: { "molcryst": version, "files": entries }.
 nlohmann::json report_document(const nlohmann::json& entries);
 
