@@ -1,5 +1,6 @@
 // Atom, Bond and Molecule: shared with the library by handle. Coordinates
 // come out as NumPy arrays, an atom without a site as a row of NaN.
+#include <algorithm>
 #include <cmath>
 #include <deque>
 #include <limits>
@@ -43,7 +44,7 @@ py::array_t<double> coordinates(const Molecule& m, bool fractional) {
 }
 
 /// The rings of the molecule's basic ring set, each as atom indices in ring
-/// order from its lowest index.
+/// order from its lowest index, sorted.
 std::vector<std::vector<int> > rings(const Molecule& m) {
     const HMoleculeGraph graph = m.graph();
     std::deque<std::set<HAtom> > sets;
@@ -53,10 +54,14 @@ std::vector<std::vector<int> > rings(const Molecule& m) {
         HAtom start;
         for (const HAtom& a : ring)
             if (start.unhand() == nullptr || a->index() < start->index()) start = a;
+        const THandle<std::vector<HAtom> > order = connected_ring(start, ring, graph);
         std::vector<int> indices;
-        for (const HAtom& a : *connected_ring(start, ring, graph)) indices.push_back(a->index());
+        for (const HAtom& a : *order) indices.push_back(a->index());
         result.push_back(indices);
     }
+    // The ring set walks handles in address order, which differs from run to
+    // run; by atom indices the list is the same every time.
+    std::sort(result.begin(), result.end());
     return result;
 }
 
@@ -164,8 +169,8 @@ void bind_molecule(py::module_& m) {
              },
              "The SYBYL type of every atom, in index order.")
         .def("rings", &rings,
-             "The rings of the basic ring set, in the library's order, each as atom indices in ring order "
-             "from its lowest one.")
+             "The rings of the basic ring set, each as atom indices in ring order from its lowest one; the "
+             "list sorted.")
         .def("coordinates", [](const Molecule& mol) { return coordinates(mol, false); },
              "The (natoms, 3) array of orthogonal coordinates (Angstrom); NaN for an atom without a site.")
         .def("fractional_coordinates", [](const Molecule& mol) { return coordinates(mol, true); },
