@@ -1,6 +1,7 @@
 #include "BatchOutput.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -25,6 +26,10 @@ BatchOutput::BatchOutput(const std::string& path) : path_(path) {
     fd_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
     if (fd_ < 0) throw system_error(path, "cannot be opened for writing");
     try {
+        // Only a plain file holds earlier lines; a device or a pipe is written to and never read.
+        struct stat status;
+        if (::fstat(fd_, &status) != 0) throw system_error(path, "cannot be read");
+        if (!S_ISREG(status.st_mode)) return;
         std::ifstream in(path, std::ios::binary);
         if (!in) throw system_error(path, "cannot be read");
         std::ostringstream text;
