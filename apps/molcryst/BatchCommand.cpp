@@ -1,9 +1,8 @@
 // molcryst batch: the report of every file of a collection, one JSON line
 // each, by worker processes, taken up again where a stopped run left off.
-#include <CLI/CLI.hpp>
-
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>

@@ -43,9 +43,8 @@ BatchOutput::BatchOutput(const std::string& path) : path_(path) {
         while (begin < complete) {
             const std::size_t end = contents.find('\n', begin);
             ++number;
-            const nlohmann::json line = nlohmann::json::parse(contents.begin() + static_cast<long>(begin),
-                                                              contents.begin() + static_cast<long>(end), nullptr,
-                                                              false);
+            const nlohmann::json line = nlohmann::json::parse(
+                contents.begin() + static_cast<long>(begin), contents.begin() + static_cast<long>(end), nullptr, false);
             if (!line.is_object() || !line.contains("file") || !line["file"].is_string())
                 throw std::runtime_error(path + ":" + std::to_string(number) + ": not a line of a batch output");
             done_.insert(line["file"].get<std::string>());

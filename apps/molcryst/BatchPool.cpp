@@ -83,8 +83,8 @@ std::string exit_reason(int status) {
 
 }  // namespace
 
-BatchPool::BatchPool(int nworkers, double timeout) : workers_(static_cast<std::size_t>(nworkers < 1 ? 1 : nworkers)),
-                                                     timeout_(timeout) {
+BatchPool::BatchPool(int nworkers, double timeout)
+    : workers_(static_cast<std::size_t>(nworkers < 1 ? 1 : nworkers)), timeout_(timeout) {
     // A worker that dies closes its pipe; writing to it must fail, not end the command.
     ::signal(SIGPIPE, SIG_IGN);
     try {
@@ -192,7 +192,8 @@ bool BatchPool::receive(int milliseconds, Result& result) {
     }
     if (fds.empty()) return false;
     const int ready = ::poll(fds.data(), fds.size(), wait);
-    if (ready < 0 && errno != EINTR) throw std::runtime_error(std::string("cannot wait for workers: ") + std::strerror(errno));
+    if (ready < 0 && errno != EINTR)
+        throw std::runtime_error(std::string("cannot wait for workers: ") + std::strerror(errno));
     for (std::size_t i = 0; ready > 0 && i < fds.size(); ++i) {
         if (fds[i].revents == 0) continue;
         Worker& w = *polled[i];

@@ -5,11 +5,11 @@
 #ifndef MOLCRYST_APPS_BATCHPOOL_H
 #define MOLCRYST_APPS_BATCHPOOL_H
 
+#include <sys/types.h>
+
 #include <chrono>
 #include <string>
 #include <vector>
-
-#include <sys/types.h>
 
 namespace molcryst {
 namespace app {
@@ -20,7 +20,7 @@ public:
     /// What a worker gave back for one file.
     struct Result {
         std::string file;
-        std::string line;   // the output line, without its newline
+        std::string line;  // the output line, without its newline
         bool failed = false;
         std::string error;  // the error of a failed file, as in its line
     };
@@ -45,8 +45,8 @@ public:
 private:
     struct Worker {
         pid_t pid = -1;
-        int to = -1;    // requests, written here
-        int from = -1;  // results, read here
+        int to = -1;       // requests, written here
+        int from = -1;     // results, read here
         std::string file;  // the file being reported; empty when idle
         std::chrono::steady_clock::time_point started;
     };

@@ -66,9 +66,10 @@ json surroundings_json(const CifBlock& block, const std::vector<MolecularSurroun
                         {"symmetry", n.symmetry},
                         {"contacts", n.contacts},
                         {"hbonds", n.hbonds},
-                        {"closest", {{"atom1", label(block, n.atom1)},
-                                     {"atom2", label(block, n.atom2)},
-                                     {"distance", rounded(n.distance, 4)}}}});
+                        {"closest",
+                         {{"atom1", label(block, n.atom1)},
+                          {"atom2", label(block, n.atom2)},
+                          {"distance", rounded(n.distance, 4)}}}});
     return list;
 }
 
@@ -209,8 +210,8 @@ void block_text(std::ostream& out, const StructureReport& report, const Extras& 
     out << "volume = " << fixed(block.cell.volume(), 1) << " A^3\n";
     out << "spacegroup: " << sg.name() << " (number " << sg.number() << ", " << Spacegroup::system_name(sg.system())
         << "), " << sg.noperators() << " operators from the " << block.symmetry_source << "\n";
-    out << "Z = " << (block.z > 0 ? std::to_string(block.z) : "?") << ", Z' = "
-        << (block.z > 0 ? fixed(static_cast<double>(block.z) / sg.noperators(), 2) : "?") << "\n";
+    out << "Z = " << (block.z > 0 ? std::to_string(block.z) : "?")
+        << ", Z' = " << (block.z > 0 ? fixed(static_cast<double>(block.z) / sg.noperators(), 2) : "?") << "\n";
     out << "molecules: " << report.molecules().size() << "\n";
     const StructureFormulae formulae(report);
     std::vector<std::vector<std::string> > rows{
@@ -317,8 +318,8 @@ json disorder_json(const CifDisorder& disorder, const CifBlock& block, long long
 void disorder_text(std::ostream& out, const CifDisorder& disorder, const CifBlock& block, long long state) {
     if (disorder.assemblies().empty() && state < 0) return;  // an ordered structure says nothing of disorder
     const std::string count = count_of_states(disorder);
-    out << "disorder assemblies: " << disorder.assemblies().size() << ", states: "
-        << (count.empty() ? "more than " + std::to_string(LLONG_MAX) : count) << "\n";
+    out << "disorder assemblies: " << disorder.assemblies().size()
+        << ", states: " << (count.empty() ? "more than " + std::to_string(LLONG_MAX) : count) << "\n";
     if (state >= 0) {
         out << "disorder state " << state << ":";
         const std::vector<int> chosen = disorder.state(state);
@@ -369,7 +370,8 @@ int report_file(const std::string& file, const ReportOptions& options, std::ostr
         try {
             // The disorder as deposited; the report on the state asked for, if any.
             const CifDisorder disorder(block);
-            const CifBlock stated = options.disorder_state >= 0 ? in_state(disorder, options.disorder_state) : CifBlock();
+            const CifBlock stated =
+                options.disorder_state >= 0 ? in_state(disorder, options.disorder_state) : CifBlock();
             std::unique_ptr<StructureReport> report(new StructureReport(options.disorder_state >= 0 ? stated : block));
             Extras extras;
             std::vector<HydrogenCompletion::Added> added;
@@ -396,7 +398,8 @@ int report_file(const std::string& file, const ReportOptions& options, std::ostr
             if (options.json) {
                 json b = block_json(*report, extras);
                 b["disorder"] = disorder_json(disorder, block, options.disorder_state);
-                if (options.normalise_hydrogens) b["normalised_hydrogens"] = normalised_json(report->block(), normalised);
+                if (options.normalise_hydrogens)
+                    b["normalised_hydrogens"] = normalised_json(report->block(), normalised);
                 if (options.expand)
                     b["hbond_network"] = network_json(expand_hbond_network(CifImport::crystal_maker(*report)));
                 if (options.clashes) b["clashes"] = clashes_json(find_clashes(CifImport::crystal_maker(*report)));
@@ -431,7 +434,6 @@ std::string report_line(const std::string& file, bool& failed) {
     options.json = true;
     std::ostringstream out, err;
     json entry;
-    std::string error;
     try {
         report_file(file, options, out, err, entry);
     } catch (const std::exception& e) {
@@ -441,16 +443,19 @@ std::string report_line(const std::string& file, bool& failed) {
     }
     failed = entry.is_null();
     if (!failed) return json{{"file", file}, {"report", report_document(json::array({entry}))}}.dump();
-    // The error lines of the report; its warnings only when nothing else was said.
-    std::istringstream lines(err.str());
-    std::string warnings;
+    return json{{"file", file}, {"error", report_error(file, err.str())}}.dump();
+}
+
+std::string report_error(const std::string& file, const std::string& err) {
+    std::istringstream lines(err);
+    std::string error, warnings;
     for (std::string line; std::getline(lines, line);) {
         if (line.empty()) continue;
         std::string& to = line.compare(0, 9, "warning: ") == 0 ? warnings : error;
         to += (to.empty() ? "" : "; ") + line;
     }
     if (error.empty()) error = warnings.empty() ? file + ": no report" : warnings;
-    return json{{"file", file}, {"error", error}}.dump();
+    return error;
 }
 
 const char* molcryst_version() { return MOLCRYST_VERSION; }

@@ -29,6 +29,11 @@ struct ReportOptions {
 int report_file(const std::string& file, const ReportOptions& options, std::ostream& out, std::ostream& err,
                 nlohmann::json& entry);
 
+/// What `report_file` said on `err` of a file that gave no report, as one
+/// line: its error lines joined by "; ", its warnings when it said nothing
+/// else, "FILE: no report" when it said nothing at all.
+std::string report_error(const std::string& file, const std::string& err);
+
 /// One line of a batch output for `file`, without its newline: {"file": file,
 /// "report": the document of `molcryst report --json FILE`} or, when the
 /// file cannot be read, {"file": file, "error": what report said of it}.

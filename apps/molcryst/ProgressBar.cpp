@@ -29,8 +29,8 @@ ProgressBar::ProgressBar(std::ostream& out, long total, bool shown)
 std::string ProgressBar::line(long done, long total, double seconds) {
     const int filled = total > 0 ? static_cast<int>(bar_width * done / total) : bar_width;
     std::string text = "[" + std::string(static_cast<std::size_t>(filled), '#') +
-                       std::string(static_cast<std::size_t>(bar_width - filled), '.') + "]  " +
-                       std::to_string(done) + "/" + std::to_string(total);
+                       std::string(static_cast<std::size_t>(bar_width - filled), '.') + "]  " + std::to_string(done) +
+                       "/" + std::to_string(total);
     char rate[64];
     if (done > 0 && seconds > 0) {
         const double per_second = done / seconds;

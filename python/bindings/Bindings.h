@@ -11,6 +11,7 @@
 #include <sstream>
 #include <string>
 
+#include "molcryst/geometry/Vector.h"
 #include "molcryst/support/THandle.h"
 
 namespace pybind11 {
@@ -32,6 +33,14 @@ void bind_molecule(pybind11::module_& m);
 void bind_crystal(pybind11::module_& m);
 void bind_formula(pybind11::module_& m);
 void bind_io(pybind11::module_& m);
+
+/// A point or vector as a NumPy array of three doubles.
+inline pybind11::array_t<double> point_array(const Vector<double, 3>& p) {
+    pybind11::array_t<double> a(3);
+    auto r = a.mutable_unchecked<1>();
+    for (int i = 0; i < 3; ++i) r(i) = p[i];
+    return a;
+}
 
 /// The text an object's print(std::ostream&) writes.
 template <class T>

@@ -61,9 +61,8 @@ void bind_crystal(py::module_& m) {
                  return THandle<VdWCriterion>(
                      new VdWCriterion(max_tolerance, min_tolerance, type, min_path, max_path, strongest_only));
              }),
-             py::arg("max_tolerance") = 0.0, py::arg("min_tolerance") = -5.0,
-             py::arg("type") = INTERMOLECULAR, py::arg("min_path") = 1, py::arg("max_path") = 999,
-             py::arg("strongest_only") = false);
+             py::arg("max_tolerance") = 0.0, py::arg("min_tolerance") = -5.0, py::arg("type") = INTERMOLECULAR,
+             py::arg("min_path") = 1, py::arg("max_path") = 999, py::arg("strongest_only") = false);
 
     py::class_<HBondCriterion, ContactCriterion, THandle<HBondCriterion> >(
         m, "HBondCriterion",
@@ -89,11 +88,13 @@ void bind_crystal(py::module_& m) {
         .def("atom_to", &MolecularContact::atom_to, "Index in molecule_to.")
         .def("type", &MolecularContact::type, "What found it: 1 a van der Waals rule, 2 distance, 3 hydrogen bond.")
         .def("intermolecular", &MolecularContact::intermolecular)
-        .def("strength", [](const MolecularContact& c) -> py::object {
-                 if (!c.has_strength()) return py::none();
-                 return py::float_(c.strength());
-             },
-             "None when not set.")
+        .def(
+            "strength",
+            [](const MolecularContact& c) -> py::object {
+                if (!c.has_strength()) return py::none();
+                return py::float_(c.strength());
+            },
+            "None when not set.")
         .def("distance", &contact_distance, "Between the two atoms, Angstrom; None when either has no site.")
         .def("__repr__", [](const MolecularContact& c) {
             return "<molcryst.MolecularContact " + c.molecule_from()->atom(c.atom_from())->label() + "..." +
@@ -107,8 +108,8 @@ void bind_crystal(py::module_& m) {
         .def("molecules", [](const Crystal& c) { return molecule_list(c.molecules()); })
         .def("contacts", [](const Crystal& c) { return contact_list(c.contacts()); })
         .def("__repr__", [](const Crystal& c) {
-            return "<molcryst.Crystal " + std::to_string(c.nmolecules()) + " molecules, " +
-                   std::to_string(c.natoms()) + " atoms>";
+            return "<molcryst.Crystal " + std::to_string(c.nmolecules()) + " molecules, " + std::to_string(c.natoms()) +
+                   " atoms>";
         });
 
     py::class_<CrystalMaker, HCrystalMaker>(m, "CrystalMaker",
@@ -119,13 +120,15 @@ void bind_crystal(py::module_& m) {
         .def("cell", &CrystalMaker::cell)
         .def("nmolecules", &CrystalMaker::nmolecules)
         .def("molecule", &CrystalMaker::molecule, py::arg("index"), "IndexError outside the view.")
-        .def("molecules", [](const CrystalMaker& c) { return molecule_list(c.current_molecules()); },
-             "The molecules of the current view.")
+        .def(
+            "molecules", [](const CrystalMaker& c) { return molecule_list(c.current_molecules()); },
+            "The molecules of the current view.")
         .def("natoms", &CrystalMaker::natoms)
         .def("nbonds", &CrystalMaker::nbonds)
         .def("create_crystal", py::overload_cast<>(&CrystalMaker::create_crystal, py::const_),
              "The asymmetric unit as a Crystal, no symmetry applied.")
-        .def("create_nonbonded_fill", py::overload_cast<const ContactCriterion&>(&CrystalMaker::create_nonbonded_fill, py::const_),
+        .def("create_nonbonded_fill",
+             py::overload_cast<const ContactCriterion&>(&CrystalMaker::create_nonbonded_fill, py::const_),
              py::arg("criterion"), "Every molecule with what touches it by the criterion, contacts included.")
         .def("__str__", &printed<CrystalMaker>)
         .def("__repr__", [](const CrystalMaker& c) {
@@ -143,18 +146,22 @@ void bind_crystal(py::module_& m) {
         .def("crystal_snapshot", &NewCrystal::crystal_snapshot, "The picture shown, rebuilt first if stale.")
         .def("packing", &NewCrystal::packing)
         .def("set_packing", &NewCrystal::set_packing, py::arg("packing"))
-        .def("packing_box", [](const NewCrystal& c) {
-                 const Box& b = c.packing_box();
-                 return py::make_tuple(std::vector<double>{b.minimum()[0], b.minimum()[1], b.minimum()[2]},
-                                       std::vector<double>{b.maximum()[0], b.maximum()[1], b.maximum()[2]});
-             },
-             "(low, high) corners, fractional.")
-        .def("set_packing_box", [](NewCrystal& c, const std::vector<double>& low, const std::vector<double>& high) {
-                 if (low.size() != 3 || high.size() != 3)
-                     throw std::invalid_argument("NewCrystal.set_packing_box: corners of three coordinates are needed");
-                 c.set_packing_box(Box(Point(low[0], low[1], low[2]), Point(high[0], high[1], high[2])));
-             },
-             py::arg("low"), py::arg("high"), "Fractional corners of the box packed.")
+        .def(
+            "packing_box",
+            [](const NewCrystal& c) {
+                const Box& b = c.packing_box();
+                return py::make_tuple(std::vector<double>{b.minimum()[0], b.minimum()[1], b.minimum()[2]},
+                                      std::vector<double>{b.maximum()[0], b.maximum()[1], b.maximum()[2]});
+            },
+            "(low, high) corners, fractional.")
+        .def(
+            "set_packing_box",
+            [](NewCrystal& c, const std::vector<double>& low, const std::vector<double>& high) {
+                if (low.size() != 3 || high.size() != 3)
+                    throw std::invalid_argument("NewCrystal.set_packing_box: corners of three coordinates are needed");
+                c.set_packing_box(Box(Point(low[0], low[1], low[2]), Point(high[0], high[1], high[2])));
+            },
+            py::arg("low"), py::arg("high"), "Fractional corners of the box packed.")
         .def("add_contact_criterion", &NewCrystal::add_contact_criterion, py::arg("criterion"))
         .def("remove_contact_criterion", &NewCrystal::remove_contact_criterion, py::arg("criterion"))
         .def("set_contact_criterion", &NewCrystal::set_contact_criterion, py::arg("criterion"))
@@ -165,11 +172,13 @@ void bind_crystal(py::module_& m) {
         .def("expandable", py::overload_cast<>(&NewCrystal::expandable, py::const_),
              "Whether some contact ends on a hanging atom.")
         .def("expand_all_contacts", &NewCrystal::expand_all_contacts)
-        .def("expand_fully", [](NewCrystal& c) {
-                 c.expand_fully();
-                 c.notify();
-             },
-             "Expands breadth first until nothing new appears, stopping where a polymer repeats.")
+        .def(
+            "expand_fully",
+            [](NewCrystal& c) {
+                c.expand_fully();
+                c.notify();
+            },
+            "Expands breadth first until nothing new appears, stopping where a polymer repeats.")
         .def("__str__", &printed<NewCrystal>);
 }
 

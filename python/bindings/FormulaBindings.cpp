@@ -44,9 +44,8 @@ void bind_formula(py::module_& m) {
         .def("polymeric", &MoleculeChemicalFormula::polymeric)
         .def("molecular_weight", &MoleculeChemicalFormula::molecular_weight)
         .def("__str__", &to_string<MoleculeChemicalFormula>)
-        .def("__repr__", [](const MoleculeChemicalFormula& f) {
-            return "<molcryst.MoleculeChemicalFormula " + to_string(f) + ">";
-        })
+        .def("__repr__",
+             [](const MoleculeChemicalFormula& f) { return "<molcryst.MoleculeChemicalFormula " + to_string(f) + ">"; })
         .def("__eq__", [](const MoleculeChemicalFormula& a, const MoleculeChemicalFormula& b) { return a == b; });
 
     py::class_<CrystalChemicalFormula>(m, "CrystalChemicalFormula",
@@ -55,22 +54,24 @@ void bind_formula(py::module_& m) {
         .def(py::init<const THandle<CrystalMaker>&, bool>(), py::arg("crystal_maker"), py::arg("D_is_H") = true,
              "The residues of the asymmetric unit; ValueError for a structure without atoms.")
         .def("nresidues", &CrystalChemicalFormula::nresidues)
-        .def("residues", [](const CrystalChemicalFormula& f) {
-                 py::list residues;
-                 for (const CrystalChemicalFormula::tCrystalChemicalFormula_& r : f.residues())
-                     residues.append(py::make_tuple(r.formula, r.unknown_multiplier ? py::object(py::none())
-                                                                                    : py::object(py::float_(r.multiplier))));
-                 return residues;
-             },
-             "(MoleculeChemicalFormula, multiplier or None when not known) for each residue.")
+        .def(
+            "residues",
+            [](const CrystalChemicalFormula& f) {
+                py::list residues;
+                for (const CrystalChemicalFormula::tCrystalChemicalFormula_& r : f.residues())
+                    residues.append(py::make_tuple(r.formula, r.unknown_multiplier
+                                                                  ? py::object(py::none())
+                                                                  : py::object(py::float_(r.multiplier))));
+                return residues;
+            },
+            "(MoleculeChemicalFormula, multiplier or None when not known) for each residue.")
         .def("polymeric", &CrystalChemicalFormula::polymeric)
         .def("sum_formula", &CrystalChemicalFormula::sum_formula)
         .def("molecular_weight_sum", &CrystalChemicalFormula::molecular_weight_sum)
         .def("net_charge", &CrystalChemicalFormula::net_charge)
         .def("__str__", &to_string<CrystalChemicalFormula>)
-        .def("__repr__", [](const CrystalChemicalFormula& f) {
-            return "<molcryst.CrystalChemicalFormula " + to_string(f) + ">";
-        })
+        .def("__repr__",
+             [](const CrystalChemicalFormula& f) { return "<molcryst.CrystalChemicalFormula " + to_string(f) + ">"; })
         .def("__eq__", [](const CrystalChemicalFormula& a, const CrystalChemicalFormula& b) { return a == b; });
 }
 

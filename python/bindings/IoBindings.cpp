@@ -58,11 +58,7 @@ py::object report(const std::string& path, bool add_hydrogens, bool normalise_hy
     }
     if (entry.is_null()) {
         // The file could not be read: the command's line about it is the message.
-        std::istringstream lines(err.str());
-        std::string line, message;
-        while (std::getline(lines, line))
-            if (line.compare(0, 9, "warning: ") != 0) message += (message.empty() ? "" : "; ") + line;
-        if (message.empty()) message = path + ": no report";
+        const std::string message = app::report_error(path, err.str());
         PyErr_SetString(py::module_::import("molcryst._molcryst").attr("CifError").ptr(), message.c_str());
         throw py::error_already_set();
     }
@@ -80,19 +76,20 @@ void bind_io(py::module_& m) {
           py::arg("expand") = false, py::arg("clashes") = false,
           "The dictionary `molcryst report --json PATH` prints, with the same options; CifError with the "
           "command's message for a file that cannot be read.");
-    m.def("report_line",
-          [](const std::string& path) {
-              bool failed = false;
-              std::string line;
-              {
-                  py::gil_scoped_release unlocked;
-                  line = app::report_line(path, failed);
-              }
-              return py::make_tuple(line, failed);
-          },
-          py::arg("path"),
-          "(line, failed): the line `molcryst batch` writes for the file, without its newline, and whether it "
-          "is an error line.");
+    m.def(
+        "report_line",
+        [](const std::string& path) {
+            bool failed = false;
+            std::string line;
+            {
+                py::gil_scoped_release unlocked;
+                line = app::report_line(path, failed);
+            }
+            return py::make_tuple(line, failed);
+        },
+        py::arg("path"),
+        "(line, failed): the line `molcryst batch` writes for the file, without its newline, and whether it "
+        "is an error line.");
     m.def("batch_input", &app::batch_input, py::arg("folder_or_list"),
           "The files a batch run reports, in order: the CIF files of a folder tree, sorted, or the paths a list "
           "file names. molcryst.Error when there is none.");
