@@ -17,14 +17,16 @@ import time
 
 import molcryst
 
-# Files submitted ahead of the results, per worker thread: enough to keep the
+# Tasks submitted ahead of the results, per worker thread: enough to keep the
 # cluster busy without holding a whole collection's futures at once.
 _AHEAD_PER_THREAD = 4
 
 
-def report_line(path):
-    """The batch line of one file, (line, failed); what each worker runs."""
-    return molcryst.report_line(path)
+def report_lines(paths):
+    """The batch lines of some files, [(line, failed), ...]; what each task runs.
+    A task takes a few files at once, so that the scheduler's cost per task
+    (milliseconds) is shared by several reports of about as much each."""
+    return [molcryst.report_line(path) for path in paths]
 
 
 def _progress_line(done, total, seconds):
@@ -70,9 +72,10 @@ class _Progress:
             self.stream.flush()
 
 
-def run(client, folder_or_list, output, out=sys.stdout, err=sys.stderr):
+def run(client, folder_or_list, output, chunk=8, out=sys.stdout, err=sys.stderr):
     """Reports every file of `folder_or_list` not yet in `output` on the
-    cluster of `client`, appending one line per file; returns the exit code
+    cluster of `client`, `chunk` files a task, appending one line per file
+    as each task ends; returns the exit code
     of ``molcryst batch``: 0, or 1 when a file failed or the output could
     not be written."""
     from distributed import as_completed
@@ -99,30 +102,30 @@ def run(client, folder_or_list, output, out=sys.stdout, err=sys.stderr):
         def submit():
             nonlocal next_file
             while next_file < len(todo) and len(pending) < ahead:
-                path = todo[next_file]
-                next_file += 1
-                future = client.submit(report_line, path, pure=False)
-                pending[future] = path
+                paths = todo[next_file:next_file + chunk]
+                next_file += len(paths)
+                future = client.submit(report_lines, paths, pure=False)
+                pending[future] = paths
                 waiting.add(future)
 
         submit()
         progress.update(0, force=True)
         try:
             for future in waiting:
-                path = pending.pop(future)
+                paths = pending.pop(future)
                 try:
-                    line, file_failed = future.result()
-                except Exception as e:  # a worker that died on the file, or the cluster's fault
-                    line = json.dumps({"error": "%s: the report stopped: %s" % (path, e), "file": path},
-                                      separators=(",", ":"))
-                    file_failed = True
-                batch_output.append(line)
-                if file_failed:
-                    failed += 1
-                    progress.clear()
-                    print(json.loads(line)["error"], file=err)
-                else:
-                    reported += 1
+                    results = future.result()
+                except Exception as e:  # a worker that died on the task, or the cluster's fault
+                    results = [(json.dumps({"error": "%s: the report stopped: %s" % (path, e), "file": path},
+                                           separators=(",", ":")), True) for path in paths]
+                for line, file_failed in results:
+                    batch_output.append(line)
+                    if file_failed:
+                        failed += 1
+                        progress.clear()
+                        print(json.loads(line)["error"], file=err)
+                    else:
+                        reported += 1
                 progress.update(reported + failed)
                 submit()
             progress.finish(reported + failed)
@@ -149,9 +152,12 @@ def main(argv=None):
     parser.add_argument("input", help="a folder (its CIF files and those below), or a file listing files")
     parser.add_argument("-o", "--output", required=True, help="the output (JSON lines); files in it are skipped")
     parser.add_argument("--scheduler", required=True, help="the Dask scheduler's address, tcp://host:8786")
+    parser.add_argument("--chunk", type=int, default=8, help="files a task reports (default 8)")
     parser.add_argument("--timeout", type=float, default=30.0,
                         help="seconds to wait for the scheduler to answer (default 30)")
     args = parser.parse_args(argv)
+    if args.chunk < 1:
+        parser.error("--chunk: a task takes at least one file")
 
     from distributed import Client
 
@@ -161,7 +167,7 @@ def main(argv=None):
         print("%s: cannot reach the scheduler: %s" % (args.scheduler, e), file=sys.stderr)
         return 1
     with client:
-        return run(client, args.input, args.output)
+        return run(client, args.input, args.output, chunk=args.chunk)
 
 
 if __name__ == "__main__":

@@ -48,7 +48,7 @@ def test_cluster_run_takes_up_a_stopped_run_and_tells_failures(command, cif_file
         kept = [next(f) for _ in range(2)]
     out = tmp_path / "out.jsonl"
     out.write_text("".join(kept) + '{"file": "%s", "rep' % cif_files[5])
-    status, summary, err = dask_batch("--scheduler", scheduler, listing, "-o", out)
+    status, summary, err = dask_batch("--scheduler", scheduler, "--chunk", "3", listing, "-o", out)
     assert status == 1
     assert "7 files: 4 reported, 1 failed, 2 skipped" in summary
     assert read_lines(out) == read_lines(reference)
