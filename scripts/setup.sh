@@ -3,7 +3,9 @@
 # cmake, ninja, g++, clang++ (the second compiler the tests build with, and
 # the one with libFuzzer), GoogleTest and Google Benchmark, and for the file
 # readers and the command gemmi (CIF), CLI11 (arguments) and nlohmann/json;
-# for pictures CoordGen (flat layouts) and expat (the tests parse the SVG).
+# for pictures CoordGen (flat layouts) and expat (the tests parse the SVG);
+# for the Python module Python's headers, pybind11 and NumPy, and for its
+# tests and batch runs on clusters pytest, Dask and Dask distributed.
 # Does nothing when all of them are present.
 set -euo pipefail
 
@@ -14,7 +16,8 @@ command -v g++ >/dev/null 2>&1 || missing+=(g++)
 command -v clang++ >/dev/null 2>&1 || missing+=(clang)
 dpkg -s libgtest-dev >/dev/null 2>&1 || missing+=(libgtest-dev)
 dpkg -s libbenchmark-dev >/dev/null 2>&1 || missing+=(libbenchmark-dev)
-for package in libclang-rt-14-dev gemmi-dev tao-pegtl-dev libstb-dev libcli11-dev nlohmann-json3-dev libcoordgen-dev libexpat1-dev; do
+for package in libclang-rt-14-dev gemmi-dev tao-pegtl-dev libstb-dev libcli11-dev nlohmann-json3-dev libcoordgen-dev libexpat1-dev \
+  python3-dev pybind11-dev python3-pybind11 python3-numpy python3-pytest python3-dask python3-distributed; do
   dpkg -s "$package" >/dev/null 2>&1 || missing+=("$package")
 done
 

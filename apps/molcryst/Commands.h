@@ -127,6 +127,24 @@ private:
     bool symbols_ = false;
 };
 
+/// molcryst batch DIR_OR_LIST -o OUT.jsonl [--jobs N] [--timeout S]: the
+/// report of every CIF of a folder tree (or of a list) as one JSON line
+/// each, appended to OUT; files already there are skipped, so a run that was
+/// stopped is taken up again by running it again.
+class BatchCommand {
+public:
+    explicit BatchCommand(CLI::App& parent);
+    bool chosen() const;
+    int run(std::ostream& out, std::ostream& err) const;
+
+private:
+    CLI::App* command_;
+    std::string input_;
+    std::string output_;
+    int jobs_ = 1;
+    double timeout_ = 0.0;  // seconds one file may take; 0 for no limit
+};
+
 }  // namespace app
 }  // namespace molcryst
 

@@ -16,6 +16,7 @@ int main(int argc, char** argv) {
     molcryst::app::SaveCommand save(app);
     molcryst::app::DbCommand db(app);
     molcryst::app::DrawCommand draw(app);
+    molcryst::app::BatchCommand batch(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -29,5 +30,6 @@ int main(int argc, char** argv) {
     if (save.chosen()) return save.run(std::cout, std::cerr);
     if (db.chosen()) return db.run(std::cout, std::cerr);
     if (draw.chosen()) return draw.run(std::cout, std::cerr);
+    if (batch.chosen()) return batch.run(std::cout, std::cerr);
     return 2;
 }
