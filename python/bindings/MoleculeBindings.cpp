@@ -8,6 +8,7 @@
 
 #include "Bindings.h"
 #include "molcryst/graph/OrderedGraph.h"
+#include "molcryst/io/BondOrderPerception.h"
 #include "molcryst/molecule/Atom.h"
 #include "molcryst/molecule/Bond.h"
 #include "molcryst/molecule/Molecule.h"
@@ -171,6 +172,11 @@ void bind_molecule(py::module_& m) {
         .def("bond_index", &Molecule::bond_index, py::arg("atom1"), py::arg("atom2"), "-1 when they are not bonded.")
         .def(
             "atom_connections", [](const Molecule& mol, int i) { return *mol.atom_connections(i); }, py::arg("index"))
+        .def(
+            "perceive_bond_orders", [](Molecule& mol) { BondOrderPerception::perceive(mol); },
+            "Gives every bond a type (single, double, triple, aromatic) from its elements and its length, as "
+            "`molcryst convert` does before writing SYBYL types; a structure read from a CIF has single bonds "
+            "until then.")
         .def("atom_sybyl_type", &Molecule::atom_sybyl_type, py::arg("index"))
         .def("bond_sybyl_type", &Molecule::bond_sybyl_type, py::arg("index"))
         .def(

@@ -97,6 +97,11 @@ def test_molecule_graph_rings_and_sybyl_types(cif_folder):
             assert sybyl == "H"
         if atom.element() == "C" and not atom.cyclic() and atom.nbonds() == 4:
             assert sybyl == "C.3", atom.label()
+    # With bond orders from the geometry, the benzimidazole and phenol rings are aromatic.
+    molecule.perceive_bond_orders()
+    aromatic = [molecule.atom_sybyl_type(r[0]) for r in rings if len(r) == 6]
+    assert aromatic == ["C.ar", "C.ar"]
+    assert "aromatic" in [b.type() for b in molecule.bonds()]
     # Bond ends and neighbours are the same atoms, shared with the library.
     bond = molecule.bond(0)
     assert bond.atom2().label() in [n.label() for n in bond.atom1().neighbours()]
